@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "QXChem/QXMolBase.h"
+
+namespace QXChem {
+
+// Perception changes no structure: the prepared mark stays. A property that is already known (see
+// QXMolBase::IsPerceived) is not computed again, except symmetry, whose meaning depends on the arguments.
+// None of these functions throws; an invalid or empty molecule is left alone.
+// Threads: safe on different molecules.
+
+/// Marks the atoms and bonds that lie on a cycle.
+/// Cost     O(atoms + bonds), no recursion.
+QX_API void QXFindRingAtomsAndBonds(QXMolBase& mol);
+
+/// Assigns aromatic flags to atoms and bonds from the Kekulé orders. A molecule that was read has them
+/// already; an edited or hand-built one is perceived by the reading library's default model, with its
+/// implicit hydrogens taken as they stand. Where that library refuses the structure (a valence it does not
+/// know) no atom is aromatic.
+QX_API void QXAssignAromaticFlags(QXMolBase& mol);
+
+/// Assigns hybridisation codes; conjugated N and O are sp2. Otherwise as QXAssignAromaticFlags.
+QX_API void QXAssignHybridization(QXMolBase& mol);
+
+/// Marks the atoms and double bonds that can carry stereo, from the graph alone: neither the drawing nor the
+/// order of the atoms matters. Atom: C, Si, Ge or Sn with four different substituents, at most one of them H;
+/// N+ with four; S or Se of a sulfoxide, sulfinate or sulfonium; P with three or four. Substituents are
+/// different when their atoms lie in different classes of the refinement (QXPerceiveSymmetry with proven
+/// false). Bond: a double bond, not aromatic, in no ring of fewer than 8 atoms, each end with two different
+/// substituents. Centres that are different only through other centres are not counted.
+QX_API void QXPerceiveChiral(QXMolBase& mol);
+
+/// Assigns symmetry classes 1 to k, numbered in the order in which they first appear among the atoms.
+/// proven false: the stable partition of a refinement (atoms in different classes are never equivalent).
+/// proven true: two atoms share a class only if an automorphism that maps one to the other has been found, so
+/// a walk from one of them tells nothing that a walk from the other does not. Isotopes and map numbers
+/// included, everything that atom and bond labels depend on is preserved. withChirality: the chirality flags
+/// tell atoms and bonds apart. Cost     a few microseconds for a drug-like molecule; the search for
+/// automorphisms is bounded.
+QX_API void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality);
+
+/// Turns hydrogen atoms into implicit hydrogens of their neighbours. Those stay that carry an isotope, a
+/// charge or a map number, that have not exactly one neighbour, or whose neighbour is a hydrogen or a
+/// wildcard. The other atoms keep their order; rings, aromaticity and hybridisation stay known. Cost     one
+/// pass over the atoms when there is nothing to do.
+QX_API void QXSuppressHydrogens(QXMolBase& mol);
+
+/// Whether some neighbour (carbon or any other; P and S only when asked for) has a double, triple or aromatic
+/// bond to a third atom. Null: false.
+QX_API bool QXHasAlphaBetaUnsat(const QXAtomBase* atom, bool includePandS);
+
+/// Numbers the connected components 1 to n in the order of their first atoms and returns n; partOfAtom has
+/// one entry per atom.
+QX_API unsigned QXDetermineComponents(const QXMolBase& mol, std::vector<unsigned>& partOfAtom);
+
+/// Numbers the aromatic ring systems 1 to n in the order of their first atoms and returns n; systemOfAtom has
+/// one entry per atom, 0 for none. Aromatic rings that share a bond are one system: naphthalene has one,
+/// biphenyl two.
+QX_API unsigned QXDetermineAromaticRingSystems(const QXMolBase& mol, std::vector<unsigned>& systemOfAtom);
+
+/// "C" for 6, "*" for 0, an empty text for an unknown number.
+QX_API std::string QXGetAtomicSymbol(unsigned atomicNum);
+
+}  // namespace QXChem
