@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "QXSystem/QXExport.h"
+
+namespace QXChem {
+class QXAtomBase;
+class QXMolBase;
+}  // namespace QXChem
+
+namespace QXFingrix {
+
+/// Computes the integer that stands for each atom and each bond under the masks of QXFPAtomTypes.h.
+///
+/// A label is a product of primes, one power of a prime for each property that the mask selects, in unsigned
+/// 32-bit arithmetic that wraps. Frozen: fingerprint bits follow from the labels. Shape    atomLabels,
+/// bondLabels: replaced; indexed by atom and by bond index. mol: valid, its rings and
+///          aromaticity perceived (QXPrepareForFingerprinting); hybridisation and chirality are perceived
+///          here when a mask selects them, the only change made to it.
+/// Threads  safe on distinct molecules.
+/// Cost     O(atoms + bonds) beside the perception.
+QX_API void QXGetFingerprintAtomTypes(std::vector<unsigned>& atomLabels, std::vector<unsigned>& bondLabels,
+                                      QXChem::QXMolBase& mol, unsigned atype, unsigned btype);
+
+/// Computes a readable text for each atom and each bond under the masks, free of white space.
+///
+/// An atom's text is that of AddSmilesAtomSymbol. Aromaticity and chirality are part of it only as far as
+/// they are of that expression, so atoms that differ in nothing else have different integers and the same
+/// text. A bond's text is its SMARTS symbol ("-", "=", "#", "$", ":"; "~" where the order is not selected),
+/// then ";@" or ";!@" for ring bonds and others, then ";*" for a chiral bond: two bonds have the same text
+/// exactly when they have the same integer label. It is empty under the mask 0. Shape    as above. Threads
+/// safe on distinct molecules.
+QX_API void QXGetFingerprintAtomTypes(std::vector<std::string>& atomLabels,
+                                      std::vector<std::string>& bondLabels, QXChem::QXMolBase& mol,
+                                      unsigned atype, unsigned btype);
+
+/// Whether an atom donates hydrogen bonds: N, O or S with a hydrogen, implicit or explicit.
+QX_API bool IsHydrogenBondDonor(const QXChem::QXAtomBase* atom);
+
+/// Whether an atom accepts hydrogen bonds: N, O or S that is not aromatic O or S, not N with three
+/// connections (hydrogens included), not pentavalent N, not tetravalent S and not positively charged. A
+/// negatively charged O is one.
+QX_API bool IsHydrogenBondAcceptor(const QXChem::QXAtomBase* atom);
+
+/// Appends the SMARTS expression of an atom under an atom type mask, e.g. "[#6+0;D2;^3]".
+/// Shape    atom: of a molecule with the selected properties perceived.
+QX_API void AddSmilesAtomSymbol(std::string& out, const QXChem::QXAtomBase* atom, unsigned atype);
+
+}  // namespace QXFingrix
