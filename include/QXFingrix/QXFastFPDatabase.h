@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "QXChem/QXMolBase.h"
+#include "QXChem/QXMolDatabase.h"
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXSimScore.h"
+#include "QXFingrix/QXSimSearchResult.h"
+#include "QXSystem/QXExport.h"
+#include "QXSystem/QXIter.h"
+
+namespace QXFingrix {
+
+/// Where a fast database keeps its records.
+namespace QXFastFPDatabaseMemoryType {
+inline constexpr unsigned MemoryMapped = 1;  ///< in the mapped file
+inline constexpr unsigned InMemory = 2;      ///< in the heap; not there yet, falls back to memory-mapped
+inline constexpr unsigned CUDA = 3;          ///< on a GPU; falls back to memory-mapped where there is none
+}  // namespace QXFastFPDatabaseMemoryType
+
+/// Whether a GPU can be used for searching.
+QX_API bool QXFingrixIsGPUReady();
+
+class QXFastFPDatabaseImplBase;
+
+/// Similarity search over a .fpbin file.
+///
+/// A query is a fingerprint made with the very type that GetFPTypeBase() returns, a molecule, or the index of
+/// a stored fingerprint. The score of a query with b bits set against a record with a bits set, c of them in
+/// both, and n bits in all, in double precision:
+///   Tanimoto   c / (a + b - c)                            0 when c = 0
+///   Cosine     c / sqrt(a b)                              0 when a, b or c is 0
+///   Dice       2 c / (a + b)                              0 when a + b = 0
+///   Euclid     sqrt((n - a - b + 2 c) / n)
+///   Tversky    c / (alpha (b - c) + beta (a - c) + c)     0 when the denominator is 0
+///   Manhattan  (a + b - 2 c) / n                          a distance
+///
+/// Errors   every operation on an invalid database, with an unsuitable query or with an unknown measure warns
+///          once and returns an empty result.
+/// Threads  a database does not change; any number of threads may search it at once.
+class QX_API QXFastFPDatabase {
+ public:
+  /// Opens a file; memoryType is a QXFastFPDatabaseMemoryType value.
+  /// Errors   warns and is not valid when the header is not sound, the size of the file does not fit what the
+  ///          header says, or the file was written in the other byte order.
+  explicit QXFastFPDatabase(const std::string& fpbinFile,
+                            unsigned memoryType = QXFastFPDatabaseMemoryType::MemoryMapped);
+  ~QXFastFPDatabase();
+  QXFastFPDatabase(QXFastFPDatabase&&) noexcept;
+  QXFastFPDatabase& operator=(QXFastFPDatabase&&) noexcept;
+
+  bool IsValid() const;
+  const QXFPTypeBase* GetFPTypeBase() const;
+  std::uint64_t NumFingerPrints() const;
+  unsigned GetMemoryType() const;           ///< of the back end in use; 0 when invalid
+  std::string GetMemoryTypeString() const;  ///< "memory-mapped"; empty when invalid
+
+  /// The stored fingerprint. Errors: false, fp unchanged.
+  bool GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const;
+  /// The molecule index stored with a fingerprint; all bits set on failure.
+  std::uint64_t GetMoleculeIndex(std::uint64_t index) const;
+
+  /// The score of every record that passes the cutoff (a score equal to it passes), in record order.
+  QXSystem::QXIter<QXSimScore> GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetScores(const QXChem::QXMolBase& mol,
+                                         const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetScores(std::uint64_t index, const QXFPDatabaseOptions& options) const;
+
+  /// The best scores, best first, equal scores by lower index; on the calling thread. A hit must be strictly
+  /// better than the cutoff, and a descending search without a cutoff never returns scores of 0.
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXFingerPrint& fp,
+                                               const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXChem::QXMolBase& mol,
+                                               const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetSortedScores(std::uint64_t index, const QXFPDatabaseOptions& options) const;
+
+  /// The same hits as GetSortedScores, on the threads that the options ask for, with progress and a
+  /// histogram. Returns the status of the search, QXSimSearchStatus::Finished when it was done.
+  unsigned SortedSearch(QXSimSearchResult& result, const QXChem::QXMolBase& mol,
+                        const QXFPDatabaseOptions& options) const;
+
+ private:
+  friend QX_API bool QXAreCompatibleDatabases(const QXChem::QXMolDatabase& moldb,
+                                              const QXFastFPDatabase& fastdb);
+
+  std::unique_ptr<QXFastFPDatabaseImplBase> impl_;
+};
+
+/// Whether a fast database was made from a molecule database: the same number of entries, and the first
+/// molecule has the first stored fingerprint (or cannot be read and has no bits there). Errors   warns why
+/// not.
+QX_API bool QXAreCompatibleDatabases(const QXChem::QXMolDatabase& moldb, const QXFastFPDatabase& fastdb);
+
+}  // namespace QXFingrix

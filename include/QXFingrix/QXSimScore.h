@@ -1,0 +1,24 @@
+#pragma once
+
+namespace QXFingrix {
+
+/// One hit of a similarity search: which entry of the searched collection, and its score.
+class QXSimScore {
+ public:
+  /// The index of a score that belongs to no entry.
+  static constexpr unsigned NoIndex = 4294967295U;
+
+  constexpr QXSimScore() = default;
+  constexpr QXSimScore(unsigned idx, double score) : score_(score), idx_(idx) {}
+
+  constexpr unsigned GetIdx() const { return idx_; }
+  constexpr double GetScore() const { return score_; }
+
+  friend constexpr bool operator==(const QXSimScore&, const QXSimScore&) = default;
+
+ private:
+  double score_ = 0.0;
+  unsigned idx_ = NoIndex;
+};
+
+}  // namespace QXFingrix
