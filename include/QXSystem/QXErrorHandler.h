@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdarg>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -47,6 +48,10 @@ class QX_API QXErrorHandler {
   void SetSink(Sink sink);
 
  private:
+  bool IsWanted(QXErrorLevel level) const;
+  void ReportFormatted(QXErrorLevel level, const char* format, std::va_list arguments);
+  void Deliver(QXErrorLevel level, const std::string& text);
+
   std::atomic<QXErrorLevel> level_{QXErrorLevel::Info};
   std::shared_ptr<const Sink>* sink_ = nullptr;  // made at the first SetSink, kept for reports at exit
 };

@@ -1,0 +1,50 @@
+// The loops that all kernels share. A file of one instruction set defines QX_KERNEL_TARGET as the attribute
+// that selects it, then a struct Lanes in an anonymous namespace, and then includes this file there:
+//   Sum                              running counts, one or several lanes wide; Sum{} is zero
+//   blockWords                       words that AddBlock takes
+//   Sum AddBlock(Sum, query, record) adds the counts of query AND record over blockWords words
+//   std::uint64_t Total(Sum)         the sum of the lanes
+//   std::uint64_t CountWord(word)    the count of a single word
+// It is included and not a template in a header of its own, because a template would have to name its target
+// before it knows its lanes: code for one instruction set is inlined only into code for the same set.
+//
+// The scan of a large file is bound by memory. Hardware prefetchers stop at the borders of 4 KiB pages, so
+// each cache line is asked for prefetchBytes before it is read. That is further than a record is long; the
+// requests past the end of the block are harmless, since a prefetch never faults.
+
+constexpr std::uintptr_t prefetchBytes = 6144;
+constexpr std::size_t lineWords = 8;
+
+QX_KERNEL_TARGET inline void PrefetchAhead(const std::uint64_t* address) {
+  __builtin_prefetch(
+      reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(address) + prefetchBytes));
+}
+
+template <bool isStreaming>
+QX_KERNEL_TARGET inline std::uint64_t CountShared(const std::uint64_t* query, const std::uint64_t* record,
+                                                  std::size_t numWords) {
+  Lanes::Sum sum{};
+  std::size_t i = 0;
+  for (; numWords - i >= Lanes::blockWords; i += Lanes::blockWords) {
+    if constexpr (isStreaming) {
+      for (std::size_t line = 0; line < Lanes::blockWords; line += lineWords)
+        PrefetchAhead(record + i + line);
+    }
+    sum = Lanes::AddBlock(sum, query + i, record + i);
+  }
+  if constexpr (isStreaming) PrefetchAhead(record + i);
+  std::uint64_t count = Lanes::Total(sum);
+  for (; i < numWords; ++i) count += Lanes::CountWord(query[i] & record[i]);
+  return count;
+}
+
+QX_KERNEL_TARGET std::uint64_t Count(const std::uint64_t* words, std::size_t numWords) {
+  return CountShared<false>(words, words, numWords);
+}
+
+QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords, const std::uint64_t* records,
+                               std::size_t stride, std::size_t numRecords, std::uint32_t* both) {
+  for (std::size_t i = 0; i < numRecords; ++i, records += stride) {
+    both[i] = static_cast<std::uint32_t>(CountShared<true>(query, records, numWords));
+  }
+}
