@@ -1,0 +1,161 @@
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "QXChem/QXGraphMol.h"
+#include "QXChem/QXPerception.h"
+#include "QXFingrix/QXFPAtomLabels.h"
+#include "QXFingrix/QXFPAtomTypes.h"
+#include "QXFingrix/QXFPType.h"
+#include "QXFingrix/QXFPVersion.h"
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXPrepareForFingerprinting.h"
+#include "QXFingrix/QXPrimes.h"
+#include "QXSystem/QXErrorHandler.h"
+#include "generators/HashedPathWalk.h"
+
+namespace QXFingrix {
+namespace {
+
+using QXSystem::QXThrow;
+
+constexpr unsigned minNumBits = 16;
+constexpr unsigned maxNumBits = 65535;
+constexpr unsigned bondLimit = 20;
+
+struct PathParams {
+  unsigned numbits = 4096;
+  unsigned minbonds = 0;
+  unsigned maxbonds = 5;
+  unsigned atype = QXFPAtomType::DefaultPathAtom;
+  unsigned btype = QXFPBondType::DefaultPathBond;
+};
+
+// Symmetric start atoms are looked for where the walks are long and the molecule large enough to gain from
+// it.
+constexpr unsigned shortWalk = 3;
+constexpr unsigned smallMolecule = 20;
+
+// Replaces what is out of range by the defaults, with a Warning each.
+PathParams CorrectParams(PathParams params) {
+  const char* const caller = "QXMakePathFP()";
+  const PathParams defaults;
+  if (params.numbits < minNumBits || params.numbits > maxNumBits) {
+    QXThrow.Warning("%s : invalid bit vector size %d for path fingerprint (default %d is used)!", caller,
+                    params.numbits, defaults.numbits);
+    params.numbits = defaults.numbits;
+  }
+  if (params.minbonds > bondLimit) {
+    QXThrow.Warning("%s : invalid min bonds %d for path fingerprint (default %d is used)!", caller,
+                    params.minbonds, defaults.minbonds);
+    params.minbonds = defaults.minbonds;
+  }
+  if (params.maxbonds > bondLimit) {
+    QXThrow.Warning("%s : invalid max bonds %d for path fingerprint (default %d is used)!", caller,
+                    params.maxbonds, defaults.maxbonds);
+    params.maxbonds = defaults.maxbonds;
+  }
+  if (params.maxbonds < params.minbonds) {
+    QXThrow.Warning(
+        "%s : invalid min bonds %d > max bonds %d for path fingerprint (minbonds = maxbonds is used)!",
+        caller, params.minbonds, params.maxbonds);
+    params.minbonds = params.maxbonds;
+  }
+  if (params.atype == 0 && params.btype == 0) {
+    QXThrow.Warning("%s : invalid to have both atom and bond types set to be None (default types are used)!",
+                    caller);
+    params.atype = defaults.atype;
+    params.btype = defaults.btype;
+  }
+  return params;
+}
+
+// What a thread keeps between calls, so that after the first few molecules a call allocates nothing.
+struct Workspace {
+  QXChem::QXGraphMol mol;
+  std::vector<unsigned> atomLabels;
+  std::vector<unsigned> bondLabels;
+  HashedPathWalk walk;
+};
+
+// Lends the thread's workspace. A call made meanwhile, out of an error sink, gets one of its own; an
+// exception or a giant molecule frees the memory instead of keeping it.
+class WorkspaceLease {
+ public:
+  WorkspaceLease() : workspace_(std::move(kept)) {
+    if (!workspace_) workspace_ = std::make_unique<Workspace>();
+  }
+  WorkspaceLease(const WorkspaceLease&) = delete;
+  WorkspaceLease& operator=(const WorkspaceLease&) = delete;
+
+  Workspace& Get() { return *workspace_; }
+  void GiveBack() {
+    constexpr unsigned giant = 10000;
+    const auto& mol = workspace_->mol;
+    if (mol.NumAtoms() < giant && mol.NumBonds() < giant) kept = std::move(workspace_);
+  }
+
+ private:
+  static thread_local std::unique_ptr<Workspace> kept;
+  std::unique_ptr<Workspace> workspace_;
+};
+
+thread_local std::unique_ptr<Workspace> WorkspaceLease::kept;
+
+// Sets the bits of `words`; they are clear.
+void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const PathParams& params) {
+  WorkspaceLease lease;
+  auto& [copy, atomLabels, bondLabels, walk] = lease.Get();
+  copy = mol;
+  QXPrepareForFingerprinting(copy, QXFPType::Path);
+  if (copy.NumAtoms() > 0) {
+    if (params.maxbonds > shortWalk && mol.NumAtoms() > smallMolecule) {
+      QXChem::QXPerceiveSymmetry(copy, true, false);
+    }
+    QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
+    walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minbonds,
+                 params.maxbonds);
+  }
+  lease.GiveBack();
+}
+
+}  // namespace
+
+bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned numbits, unsigned minbonds,
+                  unsigned maxbonds, unsigned atype, unsigned btype) {
+  if (!mol.IsValid()) {
+    fp.SetFPTypeBase(nullptr);
+    return false;
+  }
+  const PathParams params = CorrectParams({numbits, minbonds, maxbonds, atype, btype});
+  if (!fp.SetSize(params.numbits)) return false;
+  fp.ClearBits();
+  // The modulus never exceeds the size, so every bit fits.
+  SetPathBits(fp.GetWords(), mol, params);
+  const auto version = static_cast<unsigned short>(QXGetFingerPrintVersion(QXFPType::Path));
+  fp.SetFPTypeBase(
+      QXGetPathFPType(version, params.numbits, params.minbonds, params.maxbonds, params.atype, params.btype));
+  return true;
+}
+
+bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol) {
+  const PathParams defaults;
+  return QXMakePathFP(fp, mol, defaults.numbits, defaults.minbonds, defaults.maxbonds, defaults.atype,
+                      defaults.btype);
+}
+
+bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type) {
+  const auto* pathType = dynamic_cast<const QXFPPathType*>(type);
+  if (!pathType) {
+    QXThrow.Warning("%s : invalid path fingerprint type!", "QXMakePathFP");
+    return false;
+  }
+  PathParams params;
+  QXFPPathType::SetParamsFromID(pathType->GetID(), params.numbits, params.minbonds, params.maxbonds,
+                                params.atype, params.btype);
+  return QXMakePathFP(fp, mol, params.numbits, params.minbonds, params.maxbonds, params.atype, params.btype);
+}
+
+}  // namespace QXFingrix
