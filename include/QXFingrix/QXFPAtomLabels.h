@@ -15,8 +15,8 @@ namespace QXFingrix {
 /// Computes the integer that stands for each atom and each bond under the masks of QXFPAtomTypes.h.
 ///
 /// A label is a product of primes, one power of a prime for each property that the mask selects, in unsigned
-/// 32-bit arithmetic that wraps. Frozen: fingerprint bits follow from the labels. Shape    atomLabels,
-/// bondLabels: replaced; indexed by atom and by bond index. mol: valid, its rings and
+/// 32-bit arithmetic that wraps. Frozen: fingerprint bits follow from the labels.
+/// Shape    atomLabels, bondLabels: replaced; indexed by atom and by bond index. mol: valid, its rings and
 ///          aromaticity perceived (QXPrepareForFingerprinting); hybridisation and chirality are perceived
 ///          here when a mask selects them, the only change made to it.
 /// Threads  safe on distinct molecules.
@@ -26,12 +26,11 @@ QX_API void QXGetFingerprintAtomTypes(std::vector<unsigned>& atomLabels, std::ve
 
 /// Computes a readable text for each atom and each bond under the masks, free of white space.
 ///
-/// An atom's text is that of AddSmilesAtomSymbol. Aromaticity and chirality are part of it only as far as
-/// they are of that expression, so atoms that differ in nothing else have different integers and the same
-/// text. A bond's text is its SMARTS symbol ("-", "=", "#", "$", ":"; "~" where the order is not selected),
-/// then ";@" or ";!@" for ring bonds and others, then ";*" for a chiral bond: two bonds have the same text
-/// exactly when they have the same integer label. It is empty under the mask 0. Shape    as above. Threads
-/// safe on distinct molecules.
+/// An atom's text is that of AddSmilesAtomSymbol; chirality is not part of it, so atoms that differ in
+/// nothing else have different integers and the same text. A bond's text is its SMARTS symbol ("-", "=",
+/// "#", "$", ":"; "~" where the order is not selected), then ";@" for a ring bond and ";!@" for another,
+/// then "/" for a chiral one: two bonds have the same text exactly when they have the same integer label.
+/// Shape    as above. Threads safe on distinct molecules.
 QX_API void QXGetFingerprintAtomTypes(std::vector<std::string>& atomLabels,
                                       std::vector<std::string>& bondLabels, QXChem::QXMolBase& mol,
                                       unsigned atype, unsigned btype);
@@ -44,7 +43,11 @@ QX_API bool IsHydrogenBondDonor(const QXChem::QXAtomBase* atom);
 /// negatively charged O is one.
 QX_API bool IsHydrogenBondAcceptor(const QXChem::QXAtomBase* atom);
 
-/// Appends the SMARTS expression of an atom under an atom type mask, e.g. "[#6+0;D2;^3]".
+/// Appends the SMARTS expression of an atom under an atom type mask, e.g. "[C;+0;D2;^3]".
+///
+/// Elements are written by symbol, lower case when aromatic, if the mask selects Arom, else as "#6"; "*"
+/// stands for any element ("a" and "A" with Arom) if it does not select AtmNum. Chiral has no part in the
+/// expression.
 /// Shape    atom: of a molecule with the selected properties perceived.
 QX_API void AddSmilesAtomSymbol(std::string& out, const QXChem::QXAtomBase* atom, unsigned atype);
 

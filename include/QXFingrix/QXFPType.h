@@ -9,10 +9,8 @@
 
 namespace QXFingrix {
 
-template <class FPType>
-class QXFPTypeFactory;
-template <class FPType>
-class QXFPTypeFactoryNoParams;
+template <class FPType, class... Params>
+class QXFPTypeCache;
 
 /// Descriptor of a kind that has a version and no parameters.
 template <unsigned Code>
@@ -25,7 +23,8 @@ class QXFPPlainType final : public QXFPTypeBase {
   unsigned short GetVersion() const { return version_; }
 
  private:
-  friend class QXFPTypeFactoryNoParams<QXFPPlainType>;
+  template <class, class...>
+  friend class QXFPTypeCache;
   explicit QXFPPlainType(unsigned short version) : version_(version) {}
 
   unsigned short version_;
@@ -44,7 +43,8 @@ class QXFPUnhashedType final : public QXFPTypeBase {
   std::uint64_t GetID() const { return id_; }
 
  private:
-  friend class QXFPTypeFactory<QXFPUnhashedType>;
+  template <class, class...>
+  friend class QXFPTypeCache;
   QXFPUnhashedType(unsigned short version, std::uint64_t id) : version_(version), id_(id) {}
 
   unsigned short version_;
@@ -72,7 +72,8 @@ class QXFPHashedType final : public QXFPTypeBase {
                               unsigned& maxDistance, unsigned& atype, unsigned& btype);
 
  private:
-  friend class QXFPTypeFactory<QXFPHashedType>;
+  template <class, class...>
+  friend class QXFPTypeCache;
   QXFPHashedType(unsigned short version, std::uint64_t id) : version_(version), id_(id) {}
 
   unsigned short version_;
@@ -102,9 +103,10 @@ extern template class QX_API QXFPUnhashedType<QXFPType::UHTree>;
 /// atype and btype masks of QXFPAtomTypes.h. Without a version the current one of the kind is used.
 ///
 /// The parameters are packed by plain addition and not checked: a number that is too wide for its field (16
-/// bits for numbits and atype, 8 for the others) spills into the next one. Use QXGetFPType on a type string
-/// for input that is not trusted. Errors   none; never null. Threads  safe, also on concurrent first use: the
-/// same arguments give the same pointer. Cost     a lock and a lookup among the descriptors of the kind.
+/// bits for numbits and atype, 8 for the others) spills into the next one.
+/// Errors   none; never null.
+/// Threads  safe, also on concurrent first use: the same arguments give the same pointer.
+/// Cost     a lock and a lookup among the descriptors of the kind.
 /// @{
 QX_API const QXFPTypeBase* QXGetPathFPType(unsigned short version, unsigned numbits, unsigned minbonds,
                                            unsigned maxbonds, unsigned atype, unsigned btype);

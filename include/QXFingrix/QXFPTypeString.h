@@ -23,11 +23,11 @@ namespace QXFingrix {
 
 /// @name Type string parsers
 /// Read the parameters out of a type string of one kind.
-/// Shape    version: low 16 bits of the version read; for MACCS166 and Lingo 0 when the text is the type word
-/// alone. Errors   false and one Warning that says what is wrong (an unknown atom or bond type name fails
-/// silently). The
-///          outputs then hold what was read before; what was not is 0xFFFFFFFF, the version 0 (65535 for
-///          MACCS166 and Lingo). Neither min <= max nor an upper bound is tested.
+/// Shape    version: low 16 bits of the version read; for MACCS166 and Lingo 0 when the text is the type
+///          word alone.
+/// Errors   false and one Warning that says what is wrong (an unknown atom or bond type name fails
+///          silently). The outputs then hold what was read before; what was not is 0xFFFFFFFF, the version 0
+///          (65535 for MACCS166 and Lingo). Neither min <= max nor an upper bound is tested.
 /// Threads  safe.
 /// @{
 QX_API bool QXGetPathFPTypeParams(const std::string& typeString, unsigned short& version, unsigned& numbits,
@@ -52,9 +52,9 @@ QX_API bool QXGetLingoFPTypeParams(const std::string& typeString, unsigned short
 
 /// @name Type string formatters
 /// Append the canonical type string of a descriptor class: the first for the kinds with parameters, the
-/// second for MACCS166 and Lingo. Errors   reserved bits that are set in the identifier draw the Warning of
-/// SetParamsFromID, for the unhashed
-///          kinds "Unrecognised data!"; the text is written all the same.
+/// second for MACCS166 and Lingo.
+/// Errors   reserved bits that are set in the identifier draw the Warning of SetParamsFromID, for the
+///          unhashed kinds "Unrecognised data!"; the text is written all the same.
 /// @{
 template <class FPType>
 QX_API void QXGetFPTypeStringFromID(std::string& out, unsigned short version, std::uint64_t id);

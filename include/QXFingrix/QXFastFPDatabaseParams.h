@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 
 #include "QXFingrix/QXFingerPrint.h"
@@ -34,6 +35,8 @@ class QX_API QXFastFPDatabaseParams {
 
  private:
   void Read(const std::string& fpbinFile);
+  const char* ReadLines(std::istream& in);
+  void ReadWords(const std::string& fpbinFile);
 
   bool isValid_ = false;
   bool isLittleEndian_ = false;

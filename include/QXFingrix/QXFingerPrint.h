@@ -9,7 +9,8 @@ namespace QXFingrix {
 /// A bit vector and the descriptor that says how its bits were made.
 ///
 /// A default-made fingerprint has no type and 64 clear bits. The descriptor is shared, never owned: a copy
-/// has the same pointer. Threads  a plain value; no internal locking.
+/// has the same pointer.
+/// Threads  a plain value; no internal locking.
 class QX_API QXFingerPrint : public QXSystem::QXBitVector {
  public:
   const QXFPTypeBase* GetFPTypeBase() const { return type_; }

@@ -12,9 +12,10 @@ namespace QXFingrix {
 /// rings and aromaticity perceived, and marked as prepared. Any edit of the molecule clears the mark.
 ///
 /// There is one common preparation: a molecule prepared for one kind of fingerprint is prepared for all of
-/// them. Shape    code: a kind of namespace QXFPType. Errors   false for an invalid molecule, silently; false
-/// and the Warning "QXPrepareForFingerprinting : unknown
-///          fingerprint type!" for an unknown code. The molecule is then unchanged.
+/// them.
+/// Shape    code: a kind of namespace QXFPType.
+/// Errors   false for an invalid molecule, silently; false and the Warning "QXPrepareForFingerprinting :
+///          unknown fingerprint type!" for an unknown code. The molecule is then unchanged.
 /// Threads  safe on distinct molecules.
 /// Cost     a test of the mark when the molecule is prepared.
 QX_API bool QXPrepareForFingerprinting(QXChem::QXMolBase& mol, unsigned code);
