@@ -123,9 +123,11 @@ class QX_API QXInterface {
     bool isSet = false;
   };
 
+  template <class Predicate>
+  const Slot* FindIf(const Predicate& predicate) const;
   const Slot* Find(std::string_view name) const;
-  bool IsTaken(const QXParameter& parameter, std::string& what) const;
-  bool CollectConflict(const QXInterface& other, std::string& what) const;
+  const Slot* FindConflict(const QXParameter& parameter) const;
+  const Slot* FindConflict(const QXInterface& other) const;
   template <class T>
   bool ReadAs(const std::string& name, T& out) const;
   bool Read(const std::string& name, bool& out) const;
