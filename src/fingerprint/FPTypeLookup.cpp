@@ -103,8 +103,7 @@ const QXFPTypeBase* QXGetVSFPType(unsigned type, unsigned vsVersion) {
   }
   const VSRow* row = FindVSRow(type);
   if (!row) {
-    QXThrow.Warning("QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: %d",
-                    static_cast<int>(type));
+    QXThrow.Warning("QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: %d", type);
     return nullptr;
   }
   return CachedVSType(*row, resolved);
