@@ -97,6 +97,8 @@ class QX_API QXMolBase {
   friend struct MolAccess;
 
   void Relink();
+  void InsertNeighbor(unsigned atomIdx, QXNeighbor neighbor);
+  void UpdateNeighborCounts(unsigned atomIdx);
   void NoteEdit(unsigned nowUnknown, unsigned nowKnown = 0) {
     perceived_ = (perceived_ & ~nowUnknown) | nowKnown;
     preparedMark_ = 0;

@@ -1,0 +1,76 @@
+#include "chem/rdkit/Sanitize.h"  // first, for RDKit's configuration
+
+#include <GraphMol/SmilesParse/SmilesWrite.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "chem/MolAccess.h"
+#include "chem/rdkit/Bridge.h"
+
+namespace QXChem {
+namespace {
+
+// RDKit writes SMILES recursively, a kilobyte of stack or less for an atom of a chain, in quadratic time.
+constexpr unsigned maxAtomsToWrite = 5000;
+
+RDKit::Bond::BondType ToBondType(const QXBondBase& bond) {
+  using enum RDKit::Bond::BondType;
+  static constexpr RDKit::Bond::BondType types[] = {ZERO,      SINGLE,    DOUBLE,  TRIPLE,
+                                                    QUADRUPLE, QUINTUPLE, HEXTUPLE};
+  if (bond.IsDative()) return DATIVE;
+  return bond.GetOrder() < std::size(types) ? types[bond.GetOrder()] : OTHER;
+}
+
+// The same atoms and bonds with the hydrogens as they stand.
+RDKit::RWMol ToRDKit(const QXMolBase& mol) {
+  RDKit::RWMol target;
+  for (const QXAtomBase& atom : mol.Atoms()) {
+    auto copy = std::make_unique<RDKit::Atom>(static_cast<int>(atom.GetAtomicNum()));
+    copy->setFormalCharge(atom.GetFormalCharge());
+    copy->setIsotope(atom.GetIsotope());
+    copy->setNumExplicitHs(atom.GetImplicitHCount());
+    copy->setNoImplicit(true);
+    if (atom.GetMapIdx() != 0) copy->setAtomMapNum(static_cast<int>(atom.GetMapIdx()));
+    target.addAtom(copy.release(), false, true);
+  }
+  for (const QXBondBase& bond : mol.Bonds()) {
+    target.addBond(bond.GetBgnIdx(), bond.GetEndIdx(), ToBondType(bond));
+  }
+  return target;
+}
+
+bool NeedsLabels(const QXMolBase& mol) {
+  return std::any_of(mol.Atoms().begin(), mol.Atoms().end(),
+                     [](const QXAtomBase& atom) { return atom.GetIsotope() != 0 || atom.GetMapIdx() != 0; });
+}
+
+}  // namespace
+
+void PerceiveWithRDKit(QXMolBase& mol, bool aromaticity, bool hybridization) {
+  try {
+    RDKit::RWMol source = ToRDKit(mol);
+    SanitizeKekule(source);
+    if (aromaticity) CopyAromaticity(mol, source);
+    if (hybridization) CopyHybridization(mol, source);
+    return;
+  } catch (...) {  // a structure that RDKit does not take has neither
+  }
+  if (aromaticity) MolAccess::ClearAromaticity(mol);
+  if (hybridization) MolAccess::ClearHybridization(mol);
+}
+
+std::string WriteSmilesWithRDKit(const QXMolBase& mol) {
+  if (mol.NumAtoms() == 0 || mol.NumAtoms() > maxAtomsToWrite) return {};
+  try {
+    RDKit::RWMol source = ToRDKit(mol);
+    SanitizeKekule(source);
+    // There is no stereo to assign, which RDKit would otherwise look for before it writes isotopes.
+    source.setProp(RDKit::common_properties::_StereochemDone, 1, true);
+    return RDKit::MolToSmiles(source, NeedsLabels(mol));
+  } catch (...) {
+    return {};
+  }
+}
+
+}  // namespace QXChem
