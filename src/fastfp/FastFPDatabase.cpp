@@ -1,0 +1,206 @@
+// The front of the fast search: checks what a caller passes, turns a molecule or a stored index into a query
+// fingerprint, and hands the query to the back end.
+
+#include "QXFingrix/QXFastFPDatabase.h"
+
+#include "QXSystem/QXErrorHandler.h"
+#include "fastfp/FastFPDatabaseImplBase.h"
+#include "fastfp/FastFPMemoryMapDatabaseImpl.h"
+
+namespace QXFingrix {
+
+using QXSystem::QXThrow;
+using Impl = QXFastFPDatabaseImplBase;
+
+namespace {
+
+bool Refuse(const char* caller, const char* why) {
+  QXThrow.Warning("%s : %s", caller, why);
+  return false;
+}
+
+bool CheckDatabase(const Impl* impl, const char* caller) {
+  return (impl != nullptr && impl->IsValid()) || Refuse(caller, "invalid QXFastFPDatabase object!");
+}
+
+bool CheckQuery(const Impl& impl, const QXFingerPrint& fp, const char* caller) {
+  if (!fp) return Refuse(caller, "invalid fingerprint type!");
+  // A fingerprint that somebody has resized is not what its type says.
+  const bool isSameType =
+      fp.GetFPTypeBase() == impl.GetFPTypeBase() && fp.GetWords().size() == impl.NumWords();
+  return isSameType || Refuse(caller, "fingerprint type mismatch!");
+}
+
+bool CheckQuery(const Impl&, const QXChem::QXMolBase& mol, const char* caller) {
+  return mol.NumAtoms() != 0 || Refuse(caller, "empty molecule!");
+}
+
+bool CheckQuery(const Impl& impl, std::uint64_t index, const char* caller) {
+  return index < impl.NumFingerPrints() || Refuse(caller, "fingerprint index out of range!");
+}
+
+bool CheckMeasure(const QXFPDatabaseOptions& options, const char* caller) {
+  if (QXIsSimilarityMeasure(options.GetSimFunc())) return true;
+  QXThrow.Warning("%s : unknown similarity measure type '%d'!", caller,
+                  static_cast<int>(options.GetSimFunc()));
+  return false;
+}
+
+const QXFingerPrint* MakeQuery(const Impl&, const QXFingerPrint& fp, QXFingerPrint&, const char*) {
+  return &fp;
+}
+
+const QXFingerPrint* MakeQuery(const Impl& impl, const QXChem::QXMolBase& mol, QXFingerPrint& storage,
+                               const char* caller) {
+  if (impl.MakeQuery(storage, mol)) return &storage;
+  Refuse(caller, "cannot generate fingerprint!");
+  return nullptr;
+}
+
+const QXFingerPrint* MakeQuery(const Impl& impl, std::uint64_t index, QXFingerPrint& storage,
+                               const char* caller) {
+  if (impl.MakeQuery(storage, index)) return &storage;
+  Refuse(caller, "cannot access fingerprint!");
+  return nullptr;
+}
+
+using ScoreOperation = SimScoreIter (Impl::*)(const QXFingerPrint&, const QXFPDatabaseOptions&) const;
+
+template <class Query>
+SimScoreIter RunQuery(const Impl* impl, ScoreOperation operation, const Query& query,
+                      const QXFPDatabaseOptions& options, const char* caller) {
+  if (!CheckDatabase(impl, caller) || !CheckQuery(*impl, query, caller) || !CheckMeasure(options, caller)) {
+    return {};
+  }
+  QXFingerPrint storage;
+  const QXFingerPrint* const fp = MakeQuery(*impl, query, storage, caller);
+  return fp == nullptr ? SimScoreIter() : (impl->*operation)(*fp, options);
+}
+
+// Says which memory types are not to be had; what is built then is memory-mapped, the only back end there is yet.
+// An unknown type is tried on a GPU first, like CUDA.
+void ReportFallback(unsigned memoryType) {
+  constexpr const char* caller = fastFPDatabaseConstructor;
+  if (memoryType == QXFastFPDatabaseMemoryType::MemoryMapped) return;
+  if (memoryType == QXFastFPDatabaseMemoryType::InMemory) {
+    Refuse(caller, "in-memory type is not available falling back to memory-mapped type!");
+    return;
+  }
+  if (memoryType != QXFastFPDatabaseMemoryType::CUDA) {
+    Refuse(caller, "invalid memory type parameter initialized for memory-mapped!");
+  }
+  if (!QXFingrixIsGPUReady()) {
+    Refuse(caller, "no CUDA-enabled device available falling back to memory-mapped type!");
+  }
+}
+
+}  // namespace
+
+bool QXFingrixIsGPUReady() {
+  return false;  // there is no GPU back end yet
+}
+
+QXFastFPDatabase::QXFastFPDatabase(const std::string& fpbinFile, unsigned memoryType) {
+  ReportFallback(memoryType);
+  impl_ = std::make_unique<QXFastFPMemoryMapDatabaseImpl>(fpbinFile);
+}
+QXFastFPDatabase::~QXFastFPDatabase() = default;
+QXFastFPDatabase::QXFastFPDatabase(QXFastFPDatabase&&) noexcept = default;
+QXFastFPDatabase& QXFastFPDatabase::operator=(QXFastFPDatabase&&) noexcept = default;
+
+bool QXFastFPDatabase::IsValid() const {
+  return impl_ != nullptr && impl_->IsValid();
+}
+
+const QXFPTypeBase* QXFastFPDatabase::GetFPTypeBase() const {
+  return CheckDatabase(impl_.get(), "QXFastFPDatabase::GetFPTypeBase()") ? impl_->GetFPTypeBase() : nullptr;
+}
+
+std::uint64_t QXFastFPDatabase::NumFingerPrints() const {
+  return CheckDatabase(impl_.get(), "QXFastFPDatabase::NumFingerPrints()") ? impl_->NumFingerPrints() : 0;
+}
+
+unsigned QXFastFPDatabase::GetMemoryType() const {
+  return CheckDatabase(impl_.get(), "QXFastFPDatabase::GetMemoryType()") ? impl_->GetMemoryType() : 0;
+}
+
+std::string QXFastFPDatabase::GetMemoryTypeString() const {
+  return CheckDatabase(impl_.get(), "QXFastFPDatabase::GetMemoryTypeString()") ? impl_->GetMemoryTypeString()
+                                                                               : "";
+}
+
+bool QXFastFPDatabase::GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetFingerPrint()";
+  if (!CheckDatabase(impl_.get(), caller) || !CheckQuery(*impl_, index, caller)) return false;
+  switch (impl_->GetFingerPrint(fp, index)) {
+    case Impl::Fetch::Done:
+      return true;
+    case Impl::Fetch::WrongIndex:
+      return Refuse(caller, "fingerprint and molecule index inconsistency!");
+    default:
+      return Refuse(caller, "cannot access fingerprint!");
+  }
+}
+
+std::uint64_t QXFastFPDatabase::GetMoleculeIndex(std::uint64_t index) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetMolculeIndex()";
+  constexpr std::uint64_t failure = ~std::uint64_t{0};
+  if (!CheckDatabase(impl_.get(), caller) || !CheckQuery(*impl_, index, caller)) return failure;
+  std::vector<unsigned long> words;
+  std::uint64_t molIndex = failure;
+  std::uint64_t bitCount = 0;
+  if (!impl_->GetFingerPrint(words, molIndex, bitCount, index)) {
+    Refuse(caller, "cannot access fingerprint!");
+    return failure;
+  }
+  return molIndex;
+}
+
+SimScoreIter QXFastFPDatabase::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetScores, fp, options, "QXFastFPDatabase::GetScores()");
+}
+
+SimScoreIter QXFastFPDatabase::GetScores(const QXChem::QXMolBase& mol,
+                                         const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetScores, mol, options, "QXFastFPDatabase::GetScores()");
+}
+
+SimScoreIter QXFastFPDatabase::GetScores(std::uint64_t index, const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetScores, index, options, "QXFastFPDatabase::GetScores()");
+}
+
+SimScoreIter QXFastFPDatabase::GetSortedScores(const QXFingerPrint& fp,
+                                               const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetSortedScores, fp, options, "QXFastFPDatabase::GetSortedScores()");
+}
+
+SimScoreIter QXFastFPDatabase::GetSortedScores(const QXChem::QXMolBase& mol,
+                                               const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetSortedScores, mol, options, "QXFastFPDatabase::GetSortedScores()");
+}
+
+SimScoreIter QXFastFPDatabase::GetSortedScores(std::uint64_t index,
+                                               const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetSortedScores, index, options, "QXFastFPDatabase::GetSortedScores()");
+}
+
+unsigned QXFastFPDatabase::SortedSearch(QXSimSearchResult& result, const QXChem::QXMolBase& mol,
+                                        const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::SortedSearch()";
+  if (!CheckDatabase(impl_.get(), "QXFastFPDatabase::Search()") || !CheckQuery(*impl_, mol, caller) ||
+      !CheckMeasure(options, caller)) {
+    return QXSimSearchStatus::Uninitialized;
+  }
+  QXFingerPrint fp;
+  if (!impl_->MakeQuery(fp, mol)) {
+    QXThrow.Warning("%s cannot generate fingerprint!", caller);
+    return QXSimSearchStatus::Uninitialized;
+  }
+  if (!result.IsValid()) {
+    Refuse(caller, "invalid search result!");
+    return QXSimSearchStatus::Uninitialized;
+  }
+  return impl_->SortedSearch(*result.impl_, fp, options);
+}
+
+}  // namespace QXFingrix

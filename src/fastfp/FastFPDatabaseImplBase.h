@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "QXChem/QXMolBase.h"
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFastFPDatabase.h"
+#include "QXFingrix/QXFastFPDatabaseParams.h"
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXPopCount.h"
+#include "QXSystem/QXIter.h"
+#include "fastfp/SimSearchResultImpl.h"
+
+namespace QXFingrix {
+
+using SimScoreIter = QXSystem::QXIter<QXSimScore>;
+
+/// A back end of QXFastFPDatabase. The front has checked what it passes on: the object is valid, the query is of the
+/// file's type and size, the measure is known, an index is in range.
+class QXFastFPDatabaseImplBase {
+ public:
+  /// Reads the header; reports and leaves the object invalid when it is not sound.
+  explicit QXFastFPDatabaseImplBase(const std::string& fpbinFile);
+  virtual ~QXFastFPDatabaseImplBase() = default;
+  QXFastFPDatabaseImplBase(const QXFastFPDatabaseImplBase&) = delete;
+  QXFastFPDatabaseImplBase& operator=(const QXFastFPDatabaseImplBase&) = delete;
+
+  virtual bool IsValid() const { return isValid_; }
+  virtual unsigned GetMemoryType() const = 0;
+  virtual std::string GetMemoryTypeString() const = 0;
+  virtual SimScoreIter GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
+  virtual SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
+  virtual unsigned SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
+                                const QXFPDatabaseOptions& options) const = 0;
+  /// A stored record. Errors: false, without a report of what the record holds.
+  virtual bool GetFingerPrint(std::vector<unsigned long>& words, std::uint64_t& molIndex,
+                              std::uint64_t& bitCount, std::uint64_t index) const = 0;
+
+  const QXFPTypeBase* GetFPTypeBase() const { return params_.GetFPTypeBase(); }
+  std::uint64_t NumFingerPrints() const { return params_.NumFingerPrints(); }
+  std::uint64_t NumWords() const { return params_.GetNumWords(); }
+
+  enum class Fetch { Done, NoRecord, WrongIndex };
+  /// The stored fingerprint, whose record must hold its own index. Silent; fp unchanged on failure.
+  Fetch GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const;
+
+  /// The query that a molecule or a stored index stands for; false when there is none. Silent.
+  bool MakeQuery(QXFingerPrint& fp, const QXChem::QXMolBase& mol) const;
+  bool MakeQuery(QXFingerPrint& fp, std::uint64_t index) const {
+    return GetFingerPrint(fp, index) == Fetch::Done;
+  }
+
+ protected:
+  void Invalidate() { isValid_ = false; }
+  std::uint64_t CountBits(const QXFingerPrint& fp) const;
+  const QXFastFPDatabaseParams& Params() const { return params_; }
+  const std::string& FileName() const { return fileName_; }
+
+ private:
+  bool isValid_ = false;
+  unsigned popCountMethod_ = 0;
+  std::string fileName_;
+  QXFastFPDatabaseParams params_;
+};
+
+/// The name in which the constructors of a fast database report.
+inline constexpr const char* fastFPDatabaseConstructor = "QXFastFPDatabase::QXFastFPDatabase()";
+
+}  // namespace QXFingrix

@@ -1,0 +1,106 @@
+#include "fastfp/FastFPScanImpl.h"
+
+#include <new>
+
+#include "QXSystem/QXErrorHandler.h"
+#include "fastfp/SortedScan.h"
+
+namespace QXFingrix {
+
+using QXSystem::QXThrow;
+
+namespace {
+
+// Runs a query that stores hits; reports when memory does not suffice for them.
+template <class Query>
+bool RunWithinMemory(const char* caller, Query query) {
+  try {
+    query();
+    return true;
+  } catch (const std::bad_alloc&) {
+    QXThrow.Warning("%s: not enough system memory to store results!", caller);
+    return false;
+  }
+}
+
+std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBits& query,
+                                      const QXFPDatabaseOptions& options) {
+  const Scorer scorer(options, records.NumBits(), query.numSet);
+  std::vector<QXSimScore> scores;
+  if (!options.HasCutoff()) {
+    scores.reserve(records.numRecords);
+    ScanAll(records, query, scorer, 0, records.numRecords,
+            [&](unsigned idx, double score) { scores.emplace_back(idx, score); });
+    return scores;
+  }
+  const bool descending = options.GetDescendingOrder();
+  const double cutoff = options.GetCutoff();
+  CandidateFilter filter(scorer, descending, records.NumBits(), query.numSet);
+  ScanCandidates(records, query, scorer, filter, 0, records.numRecords,
+                 [&](unsigned idx, double score) -> std::optional<double> {
+                   const bool isKept = descending ? score >= cutoff : score <= cutoff;
+                   if (!isKept) return cutoff;
+                   scores.emplace_back(idx, score);
+                   return std::nullopt;
+                 });
+  return scores;
+}
+
+}  // namespace
+
+SimScoreIter FastFPScanImpl::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetScores()";
+  RecordTable records;
+  if (!GetRecords(records, caller)) return {};
+  SimScoreIter scores;
+  RunWithinMemory(caller, [&] {
+    const QueryBits query{fp.GetWords(), CountBits(fp)};
+    scores = QXSystem::QXMakeVectorIter(CollectScores(records, query, options));
+  });
+  return scores;
+}
+
+SimScoreIter FastFPScanImpl::GetSortedScores(const QXFingerPrint& fp,
+                                             const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetSortedScores()";
+  RecordTable records;
+  if (!GetRecords(records, caller)) return {};
+  SimScoreIter scores;
+  RunWithinMemory(caller, [&] {
+    const auto hits = QXInitFPDatabaseHitList(records.numRecords, options);
+    SortedScan scan(records, {fp.GetWords(), CountBits(fp)}, options, *hits);
+    scan.Scan(0, records.numRecords);
+    hits->Sort();
+    scores = QXSystem::QXMakeVectorIter(hits->TakeHits());
+  });
+  return scores;
+}
+
+unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
+                                      const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::SortedSearch()";
+  RecordTable records;
+  if (!GetRecords(records, caller)) return QXSimSearchStatus::Uninitialized;
+  const bool isDone = RunWithinMemory(caller, [&] {
+    result.Init(records.numRecords, options);
+    result.SetSearchStatus(QXSimSearchStatus::InProgress);
+    ThreadedScan(records, {fp.GetWords(), CountBits(fp)}, options, result);
+  });
+  result.SetSearchStatus(isDone ? QXSimSearchStatus::Finished : QXSimSearchStatus::Uninitialized);
+  return result.GetSearchStatus();
+}
+
+bool FastFPScanImpl::GetFingerPrint(std::vector<unsigned long>& words, std::uint64_t& molIndex,
+                                    std::uint64_t& bitCount, std::uint64_t index) const {
+  RecordTable records;
+  if (!GetRecords(records, "QXFastFPDatabase::GetFingerPrint()")) return false;
+  if (index >= records.numRecords) return false;
+  const std::uint64_t* const record = records.Record(index);
+  const std::uint64_t* const data = record + FileLayout::dataSlot;
+  words.assign(data, data + records.numWords);
+  molIndex = record[FileLayout::indexSlot];
+  bitCount = record[FileLayout::bitCountSlot];
+  return true;
+}
+
+}  // namespace QXFingrix

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFPHistogram.h"
+#include "QXFingrix/QXSimScore.h"
+#include "QXFingrix/QXSimSearchResult.h"
+
+namespace QXFingrix {
+
+/// The state of one threaded search, shared by its threads and by whoever watches it.
+class QXSimSearchResultImpl {
+ public:
+  QXSimSearchResultImpl(unsigned numBins, double min, double max);
+
+  /// Starts over for a search of numTargets records.
+  void Init(std::uint64_t numTargets, const QXFPDatabaseOptions& options);
+  bool IsInitialized() const { return isInitialized_; }
+
+  unsigned GetSearchStatus() const { return status_; }
+  void SetSearchStatus(unsigned status) { status_ = status; }
+
+  std::uint64_t NumTargets() const { return numTargets_; }
+  std::uint64_t NumSearched() const { return numSearched_; }
+  void AddSearched(std::uint64_t num) { numSearched_ += num; }
+
+  /// Whether the caller asked for a histogram.
+  bool HasHistogram() const { return numBins_ != 0; }
+  /// An empty histogram with the bins of the shared one.
+  QXFPHistogram MakeHistogram() const;
+  QXFPHistogram GetHistogram() const;
+
+  /// Adds what one thread has found. Errors: std::bad_alloc.
+  void Merge(const QXFPHistogram& histogram, const std::vector<QXSimScore>& hits);
+  /// Adds one score by itself, counted in single precision.
+  void UpdateScores(unsigned idx, float score);
+
+  /// Best first; empty before the first search.
+  std::vector<QXSimScore> GetHits() const;
+
+ private:
+  const unsigned numBins_;
+  const double min_;
+  const double max_;
+  std::atomic<bool> isInitialized_{false};
+  std::atomic<unsigned> status_{QXSimSearchStatus::Uninitialized};
+  std::atomic<std::uint64_t> numTargets_{0};
+  std::atomic<std::uint64_t> numSearched_{0};
+  QXFPDatabaseOptions options_;
+  QXFPHistogram histogram_;
+  std::unique_ptr<QXFPDatabaseHitList> hits_;
+  mutable std::mutex mutex_;  // guards options, histogram and hits
+};
+
+}  // namespace QXFingrix
