@@ -20,9 +20,9 @@ struct QXNeighbor {
 /// It is only meaningful inside that molecule; pointers to it hold until atoms are added or deleted.
 /// Every setter clears the molecule's prepared mark and the perceived properties that depend on the value.
 /// Setting a perceived property (hybridisation, aromaticity, ring membership, chirality, symmetry class)
-/// marks that property as known for the whole molecule, so that perception does not overwrite it. Errors   a
-/// setter refuses a value out of its range with one Warning, returns false and changes nothing. Threads
-/// reading is safe from several threads while nobody edits the molecule.
+/// marks that property as known for the whole molecule, so that perception does not overwrite it.
+/// Errors   a setter refuses a value out of its range with one Warning, returns false and changes nothing.
+/// Threads  reading is safe from several threads while nobody edits the molecule.
 class QX_API QXAtomBase {
  public:
   unsigned GetIdx() const { return idx_; }
@@ -45,7 +45,7 @@ class QX_API QXAtomBase {
   /// 1 sp, 2 sp2, 3 sp3, 4 sp3d, 5 sp3d2, 0 anything else or not perceived.
   unsigned GetHyb() const { return hyb_; }
   /// 1 and up, 0 when not perceived.
-  unsigned GetSymmetryClass() const { return symmetryClass_; }
+  unsigned GetSymmetryClass() const;
   /// Atom map number, 0 for none.
   unsigned GetMapIdx() const;
   bool IsAromatic() const { return aromatic_; }

@@ -24,8 +24,8 @@ enum class QXPerceived : unsigned {
 /// this class; QXGraphMol is the one to create.
 ///
 /// A default-made molecule is valid and empty; a failed read leaves it invalid and empty. Atom indices run
-/// from 0 to NumAtoms() - 1 without gaps, bond indices likewise. There can be 2^31 - 1 atoms and as many
-/// bonds. Threads  reading is safe from several threads while nobody edits.
+/// from 0 to NumAtoms() - 1 without gaps, bond indices likewise. There is room for 2^31 - 1 atoms and bonds.
+/// Threads  reading is safe from several threads while nobody edits.
 class QX_API QXMolBase {
  public:
   virtual ~QXMolBase();
@@ -61,16 +61,15 @@ class QX_API QXMolBase {
   }
 
   /// Adds an atom without hydrogens, charge or bonds.
-  /// Errors   reports one Warning and returns null when the number is above 132 or the molecule is full.
+  /// Errors   one Warning and null when the number is above 132 or the molecule is full.
   QXAtomBase* NewAtom(unsigned atomicNum);
   /// Adds a bond. Implicit hydrogens of the two atoms are left as they are.
-  /// Errors   reports one Warning and returns null for an index out of range, a bond from an atom to itself,
-  /// a second
-  ///          bond between the same atoms, or an order above 9.
+  /// Errors   one Warning and null for an index out of range, a bond from an atom to itself, a second bond
+  ///          between the same atoms, or an order above 9.
   /// Cost     O(atoms and neighbours after the lower-numbered end).
   QXBondBase* NewBond(unsigned atomA, unsigned atomB, unsigned order);
   /// Removes an atom and its bonds; later atoms and bonds move down, their order stays.
-  /// Errors   reports one Warning and returns false for an index out of range.
+  /// Errors   one Warning and false for an index out of range.
   bool DeleteAtom(unsigned idx);
 
   const std::string& GetTitle() const { return title_; }
@@ -83,6 +82,8 @@ class QX_API QXMolBase {
 
   /// Whether the property is up to date on every atom and bond.
   bool IsPerceived(QXPerceived property) const { return (perceived_ & static_cast<unsigned>(property)) != 0; }
+  /// Forgets the property, so that it counts as never perceived. Not an edit.
+  void ForgetPerceived(QXPerceived property) { perceived_ &= ~static_cast<unsigned>(property); }
 
  protected:
   QXMolBase();
@@ -119,6 +120,9 @@ class QX_API QXMolBase {
 
 inline std::span<const QXNeighbor> QXAtomBase::GetNeighbors() const {
   return parent_->Neighbors(idx_);
+}
+inline unsigned QXAtomBase::GetSymmetryClass() const {
+  return parent_->IsPerceived(QXPerceived::Symmetry) ? symmetryClass_ : 0;
 }
 inline unsigned QXAtomBase::GetMapIdx() const {
   return parent_->mapIdx_.empty() ? 0 : parent_->mapIdx_[idx_];

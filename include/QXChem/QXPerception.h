@@ -26,26 +26,30 @@ QX_API void QXAssignAromaticFlags(QXMolBase& mol);
 QX_API void QXAssignHybridization(QXMolBase& mol);
 
 /// Marks the atoms and double bonds that can carry stereo, from the graph alone: neither the drawing nor the
-/// order of the atoms matters. Atom: C, Si, Ge or Sn with four different substituents, at most one of them H;
-/// N+ with four; S or Se of a sulfoxide, sulfinate or sulfonium; P with three or four. Substituents are
-/// different when their atoms lie in different classes of the refinement (QXPerceiveSymmetry with proven
-/// false). Bond: a double bond, not aromatic, in no ring of fewer than 8 atoms, each end with two different
-/// substituents. Centres that are different only through other centres are not counted.
+/// order of the atoms matters.
+/// Atom: C, Si, Ge or Sn with four different substituents, at most one of them H; N+ with four, none of them
+/// H; P with three or four; three-connected S or Se of valence 4 (sulfoxides, sulfinates), or S+ or Se+ of
+/// valence 3. Substituents are different when their atoms lie in different classes of the refinement
+/// (QXPerceiveSymmetry with proven false).
+/// Bond: a double bond, not aromatic, in no ring of fewer than 8 atoms, each end with two different
+/// substituents; at nitrogen the lone pair counts as one.
+/// Centres that are different only through other centres are not counted.
+/// Cost     nothing worth naming without a candidate, otherwise that of the refinement, about a microsecond.
 QX_API void QXPerceiveChiral(QXMolBase& mol);
 
 /// Assigns symmetry classes 1 to k, numbered in the order in which they first appear among the atoms.
-/// proven false: the stable partition of a refinement (atoms in different classes are never equivalent).
-/// proven true: two atoms share a class only if an automorphism that maps one to the other has been found, so
-/// a walk from one of them tells nothing that a walk from the other does not. Isotopes and map numbers
-/// included, everything that atom and bond labels depend on is preserved. withChirality: the chirality flags
-/// tell atoms and bonds apart. Cost     a few microseconds for a drug-like molecule; the search for
-/// automorphisms is bounded.
+/// proven false: the stable partition of a refinement; atoms in different classes are never equivalent.
+/// proven true: two atoms share a class only if automorphisms that join them have been found, so that a walk
+/// from one of them tells nothing that a walk from the other does not. Everything that atom and bond labels
+/// depend on is preserved, isotopes and map numbers too.
+/// withChirality: the chirality flags tell atoms and bonds apart; they are perceived when unknown.
+/// Cost     a few microseconds for a drug-like molecule; the search for automorphisms is bounded.
 QX_API void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality);
 
 /// Turns hydrogen atoms into implicit hydrogens of their neighbours. Those stay that carry an isotope, a
 /// charge or a map number, that have not exactly one neighbour, or whose neighbour is a hydrogen or a
-/// wildcard. The other atoms keep their order; rings, aromaticity and hybridisation stay known. Cost     one
-/// pass over the atoms when there is nothing to do.
+/// wildcard. The other atoms keep their order; rings, aromaticity and hybridisation stay known.
+/// Cost     one pass over the atoms when there is nothing to do.
 QX_API void QXSuppressHydrogens(QXMolBase& mol);
 
 /// Whether some neighbour (carbon or any other; P and S only when asked for) has a double, triple or aromatic

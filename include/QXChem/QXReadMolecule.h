@@ -8,13 +8,14 @@
 namespace QXChem {
 
 // Reading gives a molecule with rings, aromaticity and hybridisation perceived. Explicit hydrogens stay atoms
-// (see QXSuppressHydrogens). Drawn stereo and coordinates are not kept. The title is set where the input has
-// one (first line of a block; the text after the SMILES is not taken) and otherwise cleared.
+// (see QXSuppressHydrogens). Drawn stereo and coordinates are not kept. The title is that of the block, and
+// empty for a SMILES: what stands behind its first white space is not looked at.
 //
-// Refused with a reason: what the syntax or the valence model does not allow, bytes that are not UTF-8 text,
-// embedded NULs, charges beyond 99 and isotopes beyond 999, and inputs over these limits, which keep a
-// hostile line from exhausting the stack or the day: a SMILES of 1,000,000 bytes, 100,000 atoms, or 2,000
-// open parentheses.
+// Refused with a reason: what the syntax or the valence model does not allow; NULs and bytes that are not
+// text; charges beyond 99 and isotopes beyond 65,535; and what would exhaust the stack or the day: a SMILES
+// of more than 1,000,000 bytes, 100,000 atoms or 2,000 parentheses open at once, more than 20,000 connected
+// atoms with a ring among them, and rings times the square of their connected atoms above 4e10 (1,100 rings
+// in 6,000 atoms).
 //
 // The QXParse functions report one Warning with the reason, the QXRead functions are silent and hand it out.
 // Both return false and leave the molecule invalid and empty on failure. They never throw and print nothing
@@ -30,8 +31,9 @@ QX_API bool QXReadSmiles(QXMolBase& mol, std::string_view smiles, std::string& r
 QX_API bool QXReadMolBlock(QXMolBase& mol, std::string_view block, std::string& reason);
 QX_API bool QXReadMol2(QXMolBase& mol, std::string_view block, std::string& reason);
 
-/// Canonical SMILES without stereo, isotopes and map numbers included; empty for an invalid or empty molecule
-/// and for one that cannot be written. Cost     tens of microseconds.
+/// Canonical SMILES without stereo, isotopes and map numbers included. Empty for an invalid or empty molecule,
+/// for one that the valence model does not allow, and above 5,000 atoms.
+/// Cost     tens of microseconds, growing with the square of the number of atoms.
 QX_API std::string QXCreateSmiles(const QXMolBase& mol);
 
 }  // namespace QXChem
