@@ -66,7 +66,7 @@ class QX_API QXMolDatabase {
   /// and limit
   ///          when there is no such record), false, and `mol` is left invalid and empty.
   bool GetMolecule(QXMolBase& mol, std::uint64_t idx) const;
-  /// The same without a report: the reason of a failure goes to `reason`, which is untouched on success.
+  /// The same without a report: what went wrong is handed out in `reason`.
   bool ReadMolecule(QXMolBase& mol, std::uint64_t idx, std::string& reason) const;
 
   /// The title, not reading the molecule; a record that cannot be read may have one.

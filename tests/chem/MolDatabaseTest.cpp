@@ -215,7 +215,7 @@ TEST(MolDatabase, UnreadableRecordIsOneWarningWithItsPlaceAndReason) {
       EXPECT_EQ(silent, reason);
     }
 
-    ASSERT_TRUE(db.ReadMolecule(mol, 1, silent));
+    ASSERT_TRUE(db.GetMolecule(mol, 1));
     EXPECT_FALSE(db.GetMolecule(mol, 2));
     EXPECT_FALSE(mol.IsValid());
     EXPECT_EQ(mol.NumAtoms(), 0u);
