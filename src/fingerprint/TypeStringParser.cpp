@@ -52,7 +52,8 @@ bool ParsePlain(const TypeRow& row, const std::string& text, unsigned& version) 
 class GraphTypeParser {
  public:
   GraphTypeParser(const TypeRow& row, ParsedType& parsed) : row_(row), parsed_(parsed) {
-    parsed_ = {0, {unsetParam, unsetParam, unsetParam, unsetParam, unsetParam}};
+    const unsigned numbits = row.shape == TypeShape::Hashed ? unsetParam : 0;
+    parsed_ = {0, {numbits, unsetParam, unsetParam, unsetParam, unsetParam}};
   }
 
   bool Parse(const std::string& text) {

@@ -1,0 +1,273 @@
+#include "QXFingrix/QXFPTypeLookup.h"
+
+#include <gtest/gtest.h>
+
+#include "QXFingrix/QXFPType.h"
+#include "QXFingrix/QXFPTypeParams.h"
+#include "QXFingrix/QXFPTypeString.h"
+#include "Reports.h"
+#include "fingerprint/TypeTable.h"
+
+namespace QXFingrix {
+namespace {
+
+using test::Reports;
+using test::ReportsOf;
+
+const std::string pathTail = ",size=1024,bonds=0-7,atype=DefaultPathAtom,btype=DefaultPathBond";
+
+TEST(FPTypeLookup, TheFirstWordThatATextStartsWithDecidesTheKind) {
+  const struct {
+    const char* text;
+    unsigned code;
+  } cases[] = {
+      {"MACCS166,ver=2.2.0", 101},
+      {"MACCS", 0},
+      {"Lingo", 103},
+      {"Pathology", 102},
+      {"Circular", 104},
+      {"Tree", 105},
+      {"UHPath", 9000},
+      {"UHCircular", 9001},
+      {"UHTree", 9002},
+      {"UH", 0},
+      {"path", 0},
+      {" Path", 0},
+      {"", 0},
+  };
+  for (const auto& c : cases) EXPECT_EQ(GetFPTypeFromTypeStringPrefix(c.text), c.code) << c.text;
+}
+
+TEST(FPTypeLookup, EqualStringsGiveOneDescriptorAndOtherSpellingsTheSame) {
+  const QXFPTypeBase* type = QXGetFPType("Path,ver=2.0.0" + pathTail);
+  ASSERT_TRUE(type);
+  EXPECT_EQ(type, QXGetPathFPType(1024, 0, 7, 191, 3));
+  EXPECT_EQ(type, QXGetFPType("Path,btype=Chiral|Order,atype=DefaultAtom,bonds=0-7,size=1024,ver=2.0.0"));
+  EXPECT_EQ(QXGetFPType("ver=2.0.0,Path" + pathTail), nullptr) << "the kind is read off the start";
+}
+
+TEST(FPTypeLookup, EachFunctionAddsItsOwnReportOrNone) {
+  // What QXGetFPType, QXIsValidFPTypeString and QXGetFPTypeVersion say of a text, and what they answer.
+  const struct {
+    std::string text;
+    Reports lookup;
+    bool valid;
+    Reports validity;
+    unsigned version;
+    Reports versionReports;
+  } cases[] = {
+      {"Path,ver=2.0.0" + pathTail, {}, true, {}, 8192, {}},
+      {"Nonsense,ver=2.0.0", {}, false, {}, 0, {}},
+      {"Path,ver=1.0.0" + pathTail,
+       {"Warning: QXGetFPType() fingerprint type with old version number"},
+       true,
+       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
+       4096,
+       {}},
+      {"Path,ver=2.0.0",
+       {"Warning: Size cannot be initialized for `Path` type!",
+        "Warning: QXGetFPType() invalid fingerprint type string"},
+       false,
+       {"Warning: Size cannot be initialized for `Path` type!"},
+       0,
+       {"Warning: Size cannot be initialized for `Path` type!"}},
+      {"Path,ver=2.0.0,atype=Nonsense",
+       {"Warning: QXGetFPType() invalid fingerprint type string"},
+       false,
+       {},
+       0,
+       {}},
+      {"UHPathX,ver=2.0.0,bonds=0-5,atype=AtmNum,btype=Order",
+       {"Warning: Invalid string can not be tokenized for `UHPath` type!",
+        "Warning: QXGetFPType() invalid fingerprint type string"},
+       false,
+       {"Warning: Invalid string can not be tokenized for `UHPath` type!"},
+       0,
+       {}},
+      {"UHPath=1",
+       {"Warning: 'UHPath' is not a valid fingerprint type primitive!",
+        "Warning: QXGetFPType() invalid fingerprint type string"},
+       false,
+       {"Warning: 'UHPath' is not a valid fingerprint type primitive!"},
+       0,
+       {}},
+      {"UHTree,ver=2.0.0,bonds=0-5,atype=AtmNum,btype=Order", {}, true, {}, 0, {}},
+      {"UHTree,ver=2.0.1,bonds=0-5,atype=AtmNum,btype=Order",
+       {"Warning: QXGetFPType() fingerprint type with old version number"},
+       true,
+       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
+       0,
+       {}},
+      {"MACCS166,ver=2.2.0", {}, true, {}, 8224, {}},
+      {"MACCS166",
+       {"Error: QXGetFPType() fingerprint type with old version number"},
+       true,
+       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
+       0,
+       {}},
+      {"Lingo,ver=2.1.0",
+       {"Error: QXGetFPType() fingerprint type with old version number"},
+       true,
+       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
+       8208,
+       {}},
+      {"Lingo,ver=x",
+       {"Warning: Invalid version for `Lingo` type!"},
+       false,
+       {"Warning: Invalid version for `Lingo` type!"},
+       0,
+       {"Warning: Invalid version for `Lingo` type!"}},
+  };
+  for (const auto& c : cases) {
+    const QXFPTypeBase* type = nullptr;
+    EXPECT_EQ(ReportsOf([&] { type = QXGetFPType(c.text); }), c.lookup) << c.text;
+    EXPECT_EQ(type != nullptr, c.valid && c.lookup.empty()) << c.text;
+    bool valid = !c.valid;
+    EXPECT_EQ(ReportsOf([&] { valid = QXIsValidFPTypeString(c.text); }), c.validity) << c.text;
+    EXPECT_EQ(valid, c.valid) << c.text;
+    unsigned version = 1;
+    EXPECT_EQ(ReportsOf([&] { version = QXGetFPTypeVersion(c.text); }), c.versionReports) << c.text;
+    EXPECT_EQ(version, c.version) << c.text;
+  }
+}
+
+TEST(FPTypeLookup, CodesGiveTheirDefaults) {
+  const QXFPTypeBase* const none = nullptr;
+  const Reports unknown = {"Warning: QXGetFPType() unknown fingerprint type"};
+  const Reports unknownVS = {"Warning: QXGetFPType() unknown VS fingerprint version"};
+  const struct {
+    unsigned code;
+    bool vs;
+    unsigned version;
+    const QXFPTypeBase* type;
+    Reports reports;
+  } cases[] = {
+      {101, false, 0, QXGetMACCS166FPType(8224), {}},
+      {102, false, 7, QXGetPathFPType(8192, 4096, 0, 5, 191, 3), {}},
+      {103, false, 0, QXGetLingoFPType(8192), {}},
+      {104, false, 0, QXGetCircularFPType(8192, 4096, 0, 5, 4239, 1), {}},
+      {105, false, 0, QXGetTreeFPType(8192, 4096, 0, 4, 63, 1), {}},
+      {9000, false, 0, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
+      {9001, false, 0, QXGetUnhashedCircularFPType(8192, 0, 5, 4239, 1), {}},
+      {9002, false, 0, QXGetUnhashedTreeFPType(8192, 0, 4, 63, 1), {}},
+      {0, false, 0, none, unknown},
+      {1, false, 0, none, unknown},
+      {106, false, 0, none, unknown},
+      {101, true, 1, QXGetMACCS166FPType(8224), {}},
+      {9000, true, 2, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
+      {102, true, 1, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
+      {104, true, 1, QXGetCircularFPType(4096, 0, 5, 4231, 1), {}},
+      {104, true, 2, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
+      {104, true, 0, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
+      {105, true, 0, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
+      {104, true, 3, none, unknownVS},
+      {0, true, 0, none, unknown},
+  };
+  for (const auto& c : cases) {
+    const QXFPTypeBase* type = nullptr;
+    EXPECT_EQ(ReportsOf([&] { type = QXGetFPType(c.code, c.vs, c.version); }), c.reports) << c.code;
+    EXPECT_EQ(type, c.type) << c.code << ' ' << c.vs << ' ' << c.version;
+  }
+}
+
+TEST(FPTypeLookup, VSVariantsExistForPathCircularAndTreeInTwoVersions) {
+  const QXFPTypeBase* const none = nullptr;
+  const Reports unknown = {"Warning: QXGetVSFPType() unknown VS fingerprint version"};
+  const auto undefined = [](const std::string& code) {
+    return Reports{"Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: " +
+                   code};
+  };
+  const struct {
+    unsigned code;
+    unsigned version;
+    const QXFPTypeBase* type;
+    Reports reports;
+  } cases[] = {
+      {102, 0, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
+      {102, 1, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
+      {102, 2, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
+      {104, 0, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
+      {104, 1, QXGetCircularFPType(4096, 0, 5, 4231, 1), {}},
+      {104, 2, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
+      {105, 1, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
+      {105, 2, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
+      {0, 0, none, undefined("0")},
+      {0, 3, none, unknown},
+      {101, 2, none, undefined("101")},
+      {9000, 0, none, undefined("9000")},
+      {104, 3, none, unknown},
+  };
+  for (const auto& c : cases) {
+    const QXFPTypeBase* type = nullptr;
+    EXPECT_EQ(ReportsOf([&] { type = QXGetVSFPType(c.code, c.version); }), c.reports) << c.code;
+    EXPECT_EQ(type, c.type) << c.code << ' ' << c.version;
+  }
+}
+
+TEST(FPTypeLookup, NamesAndSizesOfDescriptors) {
+  const struct {
+    const QXFPTypeBase* type;
+    const char* name;
+    unsigned size;
+    Reports reports;
+  } cases[] = {
+      {nullptr, "UNKNOWN", 0, {}},
+      {QXGetMACCS166FPType(8224), "MACCS166", 166, {}},
+      {QXGetLingoFPType(8192), "Lingo", 0, {}},
+      {QXGetPathFPType(1024, 0, 5, 191, 3), "Path", 1024, {}},
+      {QXGetCircularFPType(2048, 0, 5, 191, 3), "Circular", 2048, {}},
+      {QXGetTreeFPType(65535, 0, 5, 191, 3), "Tree", 65535, {}},
+      {QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), "UNKNOWN", 0, {}},
+      {QXGetPathFPType(0, 0, 5, 191, 3),
+       "UNKNOWN",
+       0,
+       {"Warning: Size cannot be initialized for `Path` type!"}},
+      {QXGetPathFPType(64, 0, 5, 2048, 3), "UNKNOWN", 0, {}},  // a mask without a name
+  };
+  for (const auto& c : cases) {
+    std::string name;
+    unsigned size = 1;
+    EXPECT_EQ(ReportsOf([&] { name = QXGetFingerPrintName(c.type); }), c.reports) << c.name;
+    EXPECT_EQ(ReportsOf([&] { size = QXGetFingerPrintSize(c.type); }), c.reports) << c.name;
+    EXPECT_EQ(name, c.name);
+    EXPECT_EQ(size, c.size);
+  }
+}
+
+TEST(FPTypeParams, DecodesStringsAndDescriptorsAndNothingElse) {
+  const QXFPTypeParams circular(QXGetCircularFPType(4097, 2048, 1, 3, 5, 6));
+  EXPECT_TRUE(circular.IsValid());
+  EXPECT_EQ(circular.GetFPType(), 104u);
+  EXPECT_EQ(circular.GetVersion(), 4097);
+  EXPECT_EQ(circular.GetNumBits(), 2048u);
+  EXPECT_EQ(circular.GetMinDistance(), 1u);
+  EXPECT_EQ(circular.GetMaxDistance(), 3u);
+  EXPECT_EQ(circular.GetAtomTypes(), 5u);
+  EXPECT_EQ(circular.GetBondTypes(), 6u);
+
+  const struct {
+    const char* text;
+    bool valid;
+    unsigned code;
+    unsigned numbits;
+    Reports reports;
+  } cases[] = {
+      {"MACCS166", true, 101, 166, {}},
+      {"Lingo,ver=2.0.0", true, 103, 0, {}},
+      {"UHPath,ver=2.0.0,bonds=0-5,atype=AtmNum,btype=Order", false, 9000, 0, {}},
+      {"Path,size=7", false, 102, 0, {"Warning: Missing fingerprint version!"}},
+      {"Nonsense", false, 0, 0, {}},
+  };
+  for (const auto& c : cases) {
+    QXFPTypeParams params;
+    EXPECT_EQ(ReportsOf([&] { params = QXFPTypeParams(std::string(c.text)); }), c.reports) << c.text;
+    EXPECT_EQ(params.IsValid(), c.valid) << c.text;
+    EXPECT_EQ(params.GetFPType(), c.code) << c.text;
+    EXPECT_EQ(params.GetNumBits(), c.numbits) << c.text;
+    EXPECT_EQ(params.GetAtomTypes(), 0u) << c.text;
+  }
+  EXPECT_FALSE(QXFPTypeParams(nullptr).IsValid());
+}
+
+}  // namespace
+}  // namespace QXFingrix

@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+
+#include "QXFingrix/QXFPTypeString.h"
+#include "Reports.h"
+
+namespace QXFingrix {
+namespace {
+
+using test::Reports;
+using test::ReportsOf;
+
+constexpr unsigned unset = 0xFFFFFFFF;
+
+struct Parsed {
+  bool ok = false;
+  unsigned short version = 1;
+  unsigned numbits = 1, minDistance = 1, maxDistance = 1, atype = 1, btype = 1;
+};
+
+/// Calls the parser of a type word. Numbers that the kind has not keep their 1.
+Parsed Parse(const std::string& word, const std::string& text) {
+  Parsed p;
+  const auto hashed = [&](auto parser) {
+    p.ok = parser(text, p.version, p.numbits, p.minDistance, p.maxDistance, p.atype, p.btype);
+  };
+  const auto unhashed = [&](auto parser) {
+    p.ok = parser(text, p.version, p.minDistance, p.maxDistance, p.atype, p.btype);
+  };
+  if (word == "Path") hashed(QXGetPathFPTypeParams);
+  if (word == "Circular") hashed(QXGetCircularFPTypeParams);
+  if (word == "Tree") hashed(QXGetTreeFPTypeParams);
+  if (word == "UHPath") unhashed(QXGetUnhashedPathFPTypeParams);
+  if (word == "UHCircular") unhashed(QXGetUnhashedCircularFPTypeParams);
+  if (word == "UHTree") unhashed(QXGetUnhashedTreeFPTypeParams);
+  if (word == "MACCS166") p.ok = QXGetMACCS166FPTypeParams(text, p.version);
+  if (word == "Lingo") p.ok = QXGetLingoFPTypeParams(text, p.version);
+  return p;
+}
+
+Reports ParserReports(const std::string& word, const std::string& text) {
+  Parsed p;
+  const Reports reports = ReportsOf([&] { p = Parse(word, text); });
+  EXPECT_FALSE(p.ok) << text;
+  return reports;
+}
+
+std::string Replace(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+struct GraphKind {
+  const char* word;
+  const char* size;  // its size token, where it has one
+  const char* distance;
+};
+constexpr GraphKind graphKinds[] = {
+    {"Path", "size=1024", "bonds"}, {"Circular", "size=1024", "radius"}, {"Tree", "size=1024", "bonds"},
+    {"UHPath", "", "bonds"},        {"UHCircular", "", "radius"},        {"UHTree", "", "bonds"},
+};
+
+TEST(TypeStringParser, ReadsTokensInAnyOrderAndTheLastOfDuplicates) {
+  for (const GraphKind& kind : graphKinds) {
+    const std::string size = *kind.size ? std::string(",") + kind.size : "";
+    const std::string text = std::string("btype=Order,") + kind.distance + "=7-8,atype=None,ver=14.255.15" +
+                             size + "," + kind.word + ",atype=HCount|AtmNum," + kind.distance + "=9-0";
+    const Parsed p = Parse(kind.word, text);
+    EXPECT_TRUE(p.ok) << text;
+    EXPECT_EQ(p.version, 61439) << text;
+    EXPECT_EQ(p.numbits, *kind.size ? 1024u : 1u) << text;
+    EXPECT_EQ(p.minDistance, 9u) << text;
+    EXPECT_EQ(p.maxDistance, 0u) << text;
+    EXPECT_EQ(p.atype, 4097u) << text;
+    EXPECT_EQ(p.btype, 1u) << text;
+  }
+}
+
+TEST(TypeStringParser, EveryFaultOfAGraphTypeIsReportedOnceInItsOwnWords) {
+  // KIND, SIZE and DIST stand for the words of the kind; an empty report is a silent failure.
+  const struct {
+    const char* text;
+    const char* report;
+  } cases[] = {
+      {"KIND,ver=15.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Invalid version for `KIND` type!"},
+      {"KIND,ver=2.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Invalid version for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=5,atype=AtmNum,btype=Order", "Invalid fingerprint distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=-5,atype=AtmNum,btype=Order",
+       "Invalid fingerprint distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0--5,atype=AtmNum,btype=Order",
+       "Invalid fingerprint distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5-6,atype=AtmNum,btype=Order",
+       "Invalid fingerprint distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=x-5,atype=AtmNum,btype=Order",
+       "Invalid fingerprint minimum distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-x,atype=AtmNum,btype=Order",
+       "Invalid fingerprint maximum distance for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=Nonsense,btype=Order", ""},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order|Nonsense", ""},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order,colour=red",
+       "'colour' is not a valid fingerprint type primitive!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order,%s=1",
+       "'%s' is not a valid fingerprint type primitive!"},
+      {"KIND,KINDX,ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,,ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,ver=2.0.0,", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,ver==2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,ver=2.0.0=1", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,=ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
+      {"KIND,ver=", "Invalid string can not be tokenized for `KIND` type!"},
+      {"ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Missing fingerprint type!"},
+      {"", "Missing fingerprint type!"},
+      {"KIND,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Missing fingerprint version!"},
+      {"KIND,ver=2.0.0,SIZEatype=AtmNum,btype=Order",
+       "Min or max distance cannot be initialized for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-4294967295,atype=AtmNum,btype=Order",
+       "Min or max distance cannot be initialized for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,btype=Order", "Atom type cannot be initialized for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum", "Bond type cannot be initialized for `KIND` type!"},
+      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=None,btype=None",
+       "The atom and bond type cannot be both None for `KIND` type!"},
+  };
+  for (const GraphKind& kind : graphKinds) {
+    for (const auto& c : cases) {
+      std::string text = Replace(c.text, "SIZE", *kind.size ? std::string(kind.size) + "," : "");
+      text = Replace(Replace(text, "DIST", kind.distance), "KIND", kind.word);
+      const std::string report = Replace(c.report, "KIND", kind.word);
+      EXPECT_EQ(ParserReports(kind.word, text), report.empty() ? test::none : Reports{"Warning: " + report})
+          << text;
+    }
+  }
+}
+
+TEST(TypeStringParser, SizeBelongsToTheHashedKindsAndNumbitsToTheUnhashedPath) {
+  const std::string rest = ",ver=2.0.0,DIST=0-5,atype=AtmNum,btype=Order";
+  for (const GraphKind& kind : graphKinds) {
+    const std::string word = kind.word;
+    const std::string text = word + Replace(rest, "DIST", kind.distance);
+    const std::string invalid = "Warning: Invalid fingerprint size for `" + word + "` type!";
+    const std::string uninitialized = "Warning: Size cannot be initialized for `" + word + "` type!";
+    const bool hashed = *kind.size;
+    const auto unknown = [](const std::string& key) {
+      return "Warning: '" + key + "' is not a valid fingerprint type primitive!";
+    };
+    EXPECT_EQ(ParserReports(word, text + ",size=x").front(), hashed ? invalid : unknown("size"));
+    EXPECT_EQ(ParserReports(word, text + ",numbits=x").front(),
+              word == "UHPath" ? invalid : unknown("numbits"));
+    if (hashed) {
+      EXPECT_EQ(ParserReports(word, text), Reports{uninitialized});
+      EXPECT_EQ(ParserReports(word, text + ",size=0"), Reports{uninitialized});
+      EXPECT_EQ(ParserReports(word, text + ",size=4294967295"), Reports{uninitialized});
+      EXPECT_EQ(ParserReports(word, text + ",size=4294967296"), Reports{invalid});
+      EXPECT_EQ(ParserReports(word, text + ",size=-1"), Reports{invalid});
+      EXPECT_EQ(ParserReports(word, text + ",size==5"),
+                Reports{"Warning: Invalid string can not be tokenized for `" + word + "` type!"});
+      EXPECT_EQ(Parse(word, text + ",size=70000").numbits, 70000u) << "sizes have no upper bound";
+    }
+    if (word == "UHPath") {
+      EXPECT_TRUE(Parse(word, text + ",numbits=512").ok);
+    }
+  }
+}
+
+TEST(TypeStringParser, AFailedParseLeavesWhatItDidNotReadUnset) {
+  Parsed p;
+  ReportsOf([&] { p = Parse("Path", "Path,bonds=1-2,colour=red"); });
+  EXPECT_FALSE(p.ok);
+  EXPECT_EQ(p.version, 0);
+  EXPECT_EQ(p.numbits, unset);
+  EXPECT_EQ(p.minDistance, 1u);
+  EXPECT_EQ(p.maxDistance, 2u);
+  EXPECT_EQ(p.atype, unset);
+  EXPECT_EQ(p.btype, unset);
+}
+
+TEST(TypeStringParser, PlainTypesTakeAVersionAndSkipOtherKeys) {
+  const struct {
+    const char* text;
+    bool ok;
+    unsigned version;
+    const char* report;
+  } cases[] = {
+      {"KIND", true, 0, ""},
+      {"KIND,ver=2.2.0", true, 8224, ""},
+      {"ver=1.0.0", true, 4096, ""},
+      {"ver=2.0.0,colour=red,KIND,ver=2.0.1", true, 8193, ""},
+      {"", false, 65535, "Invalid fingerprint type string!"},
+      {"KIND,", false, 65535, "Invalid `KIND` type string!"},
+      {"KINDX", false, 65535, "Invalid `KIND` type string!"},
+      {"KIND,ver==2.2.0", false, 65535, "Invalid `KIND` type string!"},
+      {"KIND,a=b=c", false, 65535, "Invalid `KIND` type string!"},
+      {"KIND,ver=15.0.0", false, 65535, "Invalid version for `KIND` type!"},
+      {"KIND,colour=red", false, 65535, "Version number cannot be initialized for `KIND` type!"},
+      {"KIND,ver=14.511.15", false, 65535, "Version number cannot be initialized for `KIND` type!"},
+      {"KIND,ver=14.512.0", false, 0, "Version number cannot be initialized for `KIND` type!"},
+  };
+  for (const std::string word : {"MACCS166", "Lingo"}) {
+    for (const auto& c : cases) {
+      const std::string text = Replace(c.text, "KIND", word);
+      const std::string report = Replace(c.report, "KIND", word);
+      Parsed p;
+      EXPECT_EQ(ReportsOf([&] { p = Parse(word, text); }),
+                report.empty() ? test::none : Reports{"Warning: " + report})
+          << text;
+      EXPECT_EQ(p.ok, c.ok) << text;
+      EXPECT_EQ(p.version, c.version) << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace QXFingrix
