@@ -1,0 +1,101 @@
+"""What the tests of the command-line tool share: running it, and molecules to run it on."""
+
+import os
+import pty
+import struct
+import subprocess
+import tempfile
+import unittest
+
+QXFP = os.environ["QXFP"]
+DATA = os.environ["QX_DATA_DIR"]
+
+DONE, SOME_FAILED, BAD_USAGE, CANNOT_RUN = 0, 1, 2, 3
+
+# One line each: a good molecule, a syntax error, nothing, no title, a title with a tab, with an escape sequence and
+# with a comma and quotes, and a title that is not UTF-8.
+AWKWARD = (
+    b"CCO ethanol\n"
+    b"C1CC unclosed\n"
+    b"\n"
+    b"c1ccccc1\n"
+    b"CCN tab\there\n"
+    b"CCCl red\x1b[31m\n"
+    b'CCC=O say "hi", all\n'
+    b"CCBr caf\xe9\n"
+)
+AWKWARD_UNREADABLE = {1, 2, 7}
+
+
+class QxfpCase(unittest.TestCase):
+    """A test with a folder of its own, in which the tool runs."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def write(self, name, content):
+        with open(self.path(name), "wb") as file:
+            file.write(content)
+        return name
+
+    def read(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
+    def run_qxfp(self, *arguments, status=DONE, **options):
+        """Runs the tool to its end; answers (standard output, standard error) as bytes."""
+        done = subprocess.run([QXFP, *arguments], cwd=self.folder, capture_output=True, timeout=300, **options)
+        self.assertEqual(done.returncode, status, done.stderr.decode(errors="replace"))
+        return done.stdout, done.stderr
+
+    def run_on_terminal(self, *arguments, stream):
+        """Runs the tool with one of its streams on a terminal; answers (exit status, what the terminal got)."""
+        ours, theirs = pty.openpty()
+        streams = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        streams[stream] = theirs
+        process = subprocess.Popen([QXFP, *arguments], cwd=self.folder, **streams)
+        os.close(theirs)
+        shown = b""
+        while True:
+            try:
+                piece = os.read(ours, 65536)
+            except OSError:  # the other end is closed
+                break
+            if not piece:
+                break
+            shown += piece
+        os.close(ours)
+        return process.wait(timeout=60), shown.replace(b"\r\n", b"\n")
+
+    def sample(self, count, name="sample.smi", start=0):
+        """The given number of real molecules in a file."""
+        with open(os.path.join(DATA, "molecules.smi"), "rb") as file:
+            lines = file.readlines()
+        return self.write(name, b"".join(lines[start:start + count]))
+
+
+def parse_tsv(output):
+    """The rows below the header, as dictionaries."""
+    header, *rows = [line.split("\t") for line in output.decode(errors="replace").splitlines()]
+    return [dict(zip(header, row, strict=True)) for row in rows]
+
+
+def read_fpbin(content):
+    """Header lines, words per fingerprint and records (index, bit count, words) of a fast fingerprint file."""
+    lines = content[:784].rstrip(b"\0").decode().splitlines()
+    num_words, num_records = struct.unpack_from("<QQ", content, 784)
+    records = []
+    for i in range(num_records):
+        index, count, *words = struct.unpack_from(f"<{num_words + 2}Q", content, 800 + i * (num_words + 2) * 8)
+        records.append((index, count, words))
+    return lines, num_words, records
+
+
+def tanimoto(a, b):
+    both = len(a & b)
+    return both / (len(a) + len(b) - both) if both else 0.0

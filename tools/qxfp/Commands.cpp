@@ -1,0 +1,26 @@
+#include <algorithm>
+
+#include "Command.h"
+
+namespace qxfp {
+
+extern const Command createCommand;
+extern const Command infoCommand;
+extern const Command searchCommand;
+extern const Command fpCommand;
+
+namespace {
+constexpr const Command* kCommands[] = {&createCommand, &infoCommand, &searchCommand, &fpCommand};
+}
+
+std::span<const Command* const> GetCommands() {
+  return kCommands;
+}
+
+const Command* FindCommand(std::string_view name) {
+  const auto found = std::ranges::find(
+      kCommands, name, [](const Command* command) { return std::string_view(command->name); });
+  return found == std::end(kCommands) ? nullptr : *found;
+}
+
+}  // namespace qxfp

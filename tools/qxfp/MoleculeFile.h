@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "QXChem/QXMolDatabase.h"
+
+namespace qxfp {
+
+/// Whether the name has an extension of a molecule file, .gz or not.
+bool HasMoleculeExtension(const std::string& path);
+
+/// Whether the name says that a record is one line with a SMILES.
+bool IsSmilesFile(const std::string& path);
+
+/// Opens a molecule file; a failure is reported as an error.
+bool OpenMolecules(QXChem::QXMolDatabase& molecules, const std::string& path);
+
+/// What a record is called: its title, or its index when it has none.
+std::string GetRecordName(const QXChem::QXMolDatabase& molecules, std::uint64_t idx);
+
+}  // namespace qxfp

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "QXSystem/QXDots.h"
+
+namespace qxfp {
+
+/// Progress on a terminal: a bar, the share done, the rate and the time left, redrawn ten times a second at most.
+class ProgressBar final : public QXSystem::QXDots {
+ public:
+  explicit ProgressBar(std::uint64_t total);
+
+  std::unique_ptr<QXDots> CreateCopy() const override;
+  void Update(unsigned n = 1) override;
+  /// Takes the bar away.
+  void Total() override;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void Draw(Clock::time_point now) const;
+
+  std::uint64_t total_;
+  std::uint64_t done_ = 0;
+  Clock::time_point start_;
+  Clock::time_point lastDrawn_;
+};
+
+/// Whether progress has anywhere to be shown: standard error is a terminal.
+bool IsProgressVisible();
+
+}  // namespace qxfp
