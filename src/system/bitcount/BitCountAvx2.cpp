@@ -5,7 +5,7 @@
 
 #include "system/bitcount/Kernels.h"
 
-#define QX_KERNEL_TARGET [[gnu::target("avx2,popcnt")]]
+#define QX_KERNEL_TARGET [[gnu::target("avx2")]]
 
 namespace QXSystem::BitCount {
 
@@ -16,28 +16,49 @@ struct Lanes {
   using Sum [[gnu::vector_size(32)]] = long long;
   static constexpr std::size_t blockWords = 8;
 
-  QX_KERNEL_TARGET static __m256i ByteCounts(const std::uint64_t* query, const std::uint64_t* record) {
+  QX_KERNEL_TARGET static __m256i Load(const std::uint64_t* words) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words));
+  }
+
+  QX_KERNEL_TARGET static __m256i LoadMasked(const std::uint64_t* words, __m256i mask) {
+    return _mm256_maskload_epi64(reinterpret_cast<const long long*>(words), mask);
+  }
+
+  QX_KERNEL_TARGET static __m256i ByteCounts(__m256i bits) {
     const __m256i table = _mm256_setr_epi8(0, 1, 1, 2, 1, 2, 2, 3, 1, 2, 2, 3, 2, 3, 3, 4,  //
                                            0, 1, 1, 2, 1, 2, 2, 3, 1, 2, 2, 3, 2, 3, 3, 4);
     const __m256i lowNibble = _mm256_set1_epi8(15);
-    const __m256i bits = _mm256_and_si256(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(query)),
-                                          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(record)));
     const __m256i low = _mm256_and_si256(bits, lowNibble);
     const __m256i high = _mm256_and_si256(_mm256_srli_epi16(bits, 4), lowNibble);
     return _mm256_add_epi8(_mm256_shuffle_epi8(table, low), _mm256_shuffle_epi8(table, high));
   }
 
+  QX_KERNEL_TARGET static Sum AddBytes(Sum sum, __m256i byteCounts) {
+    return sum + reinterpret_cast<Sum>(_mm256_sad_epu8(byteCounts, _mm256_setzero_si256()));
+  }
+
   QX_KERNEL_TARGET static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
-    const __m256i bytes = _mm256_add_epi8(ByteCounts(query, record), ByteCounts(query + 4, record + 4));
-    return sum + reinterpret_cast<Sum>(_mm256_sad_epu8(bytes, _mm256_setzero_si256()));
+    const __m256i first = ByteCounts(_mm256_and_si256(Load(query), Load(record)));
+    const __m256i second = ByteCounts(_mm256_and_si256(Load(query + 4), Load(record + 4)));
+    return AddBytes(sum, _mm256_add_epi8(first, second));
+  }
+
+  QX_KERNEL_TARGET static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record,
+                                      std::size_t numWords) {
+    if (numWords >= 4) {
+      sum = AddBytes(sum, ByteCounts(_mm256_and_si256(Load(query), Load(record))));
+      query += 4;
+      record += 4;
+      numWords -= 4;
+    }
+    if (numWords == 0) return sum;
+    alignas(32) static constexpr std::uint64_t masks[8] = {~0ull, ~0ull, ~0ull, ~0ull, 0, 0, 0, 0};
+    const __m256i mask = Load(masks + 4 - numWords);
+    return AddBytes(sum, ByteCounts(_mm256_and_si256(LoadMasked(query, mask), LoadMasked(record, mask))));
   }
 
   QX_KERNEL_TARGET static std::uint64_t Total(Sum sum) {
     return static_cast<std::uint64_t>((sum[0] + sum[1]) + (sum[2] + sum[3]));
-  }
-
-  QX_KERNEL_TARGET static std::uint64_t CountWord(std::uint64_t word) {
-    return static_cast<std::uint64_t>(__builtin_popcountll(word));
   }
 };
 
@@ -46,8 +67,7 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetAvx2Kernel() {
-  const auto isSupported = [] { return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt"); };
-  return {"avx2", isSupported, Count, CountAnd};
+  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd};
 }
 
 }  // namespace QXSystem::BitCount

@@ -3,7 +3,7 @@
 
 #include "system/bitcount/Kernels.h"
 
-#define QX_KERNEL_TARGET [[gnu::target("avx512f,avx512vpopcntdq,popcnt")]]
+#define QX_KERNEL_TARGET [[gnu::target("avx512f,avx512vpopcntdq")]]
 
 namespace QXSystem::BitCount {
 
@@ -19,14 +19,20 @@ struct Lanes {
     return sum + __builtin_ia32_vpopcountq_v8di(bits);
   }
 
+  QX_KERNEL_TARGET static Sum LoadMasked(const std::uint64_t* words, unsigned char mask) {
+    return __builtin_ia32_loaddqudi512_mask(reinterpret_cast<const long long*>(words), Sum{}, mask);
+  }
+
+  QX_KERNEL_TARGET static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record,
+                                      std::size_t numWords) {
+    const auto mask = static_cast<unsigned char>((1u << numWords) - 1);
+    return sum + __builtin_ia32_vpopcountq_v8di(LoadMasked(query, mask) & LoadMasked(record, mask));
+  }
+
   QX_KERNEL_TARGET static std::uint64_t Total(Sum sum) {
     const long long low = (sum[0] + sum[1]) + (sum[2] + sum[3]);
     const long long high = (sum[4] + sum[5]) + (sum[6] + sum[7]);
     return static_cast<std::uint64_t>(low + high);
-  }
-
-  QX_KERNEL_TARGET static std::uint64_t CountWord(std::uint64_t word) {
-    return static_cast<std::uint64_t>(__builtin_popcountll(word));
   }
 };
 
@@ -36,8 +42,7 @@ struct Lanes {
 
 QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq") &&
-           __builtin_cpu_supports("popcnt");
+    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
   return {"avx512", isSupported, Count, CountAnd};
 }

@@ -28,28 +28,39 @@ struct Lanes {
     return (bits & nibbles) + ((bits >> 2) & nibbles);
   }
 
-  // The sum of four 16-bit counts.
+  // Nibble counts up to 15 become byte counts up to 30.
   template <class Word>
-  static Word AddShorts(Word counts) {
+  static Word ByteCounts(Word counts) {
+    return (counts & bytes) + ((counts >> 4) & bytes);
+  }
+
+  // The sum of the eight byte counts of every word.
+  template <class Word>
+  static Word AddBytes(Word counts) {
+    counts = (counts & shorts) + ((counts >> 8) & shorts);
     counts += counts >> 32;
     counts += counts >> 16;
     return counts & 0xffff;
   }
 
+  // The nibble counts of four words, two by two: up to 8.
+  static Vector HalfBlock(const std::uint64_t* query, const std::uint64_t* record) {
+    return NibbleCounts(Load(query) & Load(record)) + NibbleCounts(Load(query + 2) & Load(record + 2));
+  }
+
   static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
-    const auto counts = [&](std::size_t i) { return NibbleCounts(Load(query + i) & Load(record + i)); };
-    const Vector low = counts(0) + counts(2);  // nibbles up to 8
-    const Vector high = counts(4) + counts(6);
-    const Vector byteCounts = (low & bytes) + ((low >> 4) & bytes) + (high & bytes) + ((high >> 4) & bytes);
-    return sum + AddShorts((byteCounts & shorts) + ((byteCounts >> 8) & shorts));
+    return sum +
+           AddBytes(ByteCounts(HalfBlock(query, record)) + ByteCounts(HalfBlock(query + 4, record + 4)));
+  }
+
+  static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record, std::size_t numWords) {
+    std::size_t i = 0;
+    for (; numWords - i >= 4; i += 4) sum += AddBytes(ByteCounts(HalfBlock(query + i, record + i)));
+    for (; i < numWords; ++i) sum[0] += AddBytes(ByteCounts(NibbleCounts(query[i] & record[i])));
+    return sum;
   }
 
   static std::uint64_t Total(Sum sum) { return sum[0] + sum[1]; }
-
-  static std::uint64_t CountWord(std::uint64_t word) {
-    const std::uint64_t counts = NibbleCounts(word);
-    return (((counts + (counts >> 4)) & bytes) * 0x0101010101010101) >> 56;
-  }
 };
 
 #include "system/bitcount/Body.h"

@@ -1,10 +1,10 @@
 // The loops that all kernels share. A file of one instruction set defines QX_KERNEL_TARGET as the attribute
 // that selects it, then a struct Lanes in an anonymous namespace, and then includes this file there:
-//   Sum                              running counts, one or several lanes wide; Sum{} is zero
-//   blockWords                       words that AddBlock takes
-//   Sum AddBlock(Sum, query, record) adds the counts of query AND record over blockWords words
-//   std::uint64_t Total(Sum)         the sum of the lanes
-//   std::uint64_t CountWord(word)    the count of a single word
+//   Sum                                   running counts, one or several lanes wide; Sum{} is zero
+//   blockWords                            words that AddBlock takes
+//   Sum AddBlock(Sum, query, record)      adds the counts of query AND record over blockWords words
+//   Sum AddTail(Sum, query, record, n)    the same over n words, 0 < n < blockWords, and reads no others
+//   std::uint64_t Total(Sum)              the sum of the lanes
 // It is included and not a template in a header of its own, because a template would have to name its target
 // before it knows its lanes: code for one instruction set is inlined only into code for the same set.
 //
@@ -33,9 +33,8 @@ QX_KERNEL_TARGET inline std::uint64_t CountShared(const std::uint64_t* query, co
     sum = Lanes::AddBlock(sum, query + i, record + i);
   }
   if constexpr (isStreaming) PrefetchAhead(record + i);
-  std::uint64_t count = Lanes::Total(sum);
-  for (; i < numWords; ++i) count += Lanes::CountWord(query[i] & record[i]);
-  return count;
+  if (i < numWords) sum = Lanes::AddTail(sum, query + i, record + i, numWords - i);
+  return Lanes::Total(sum);
 }
 
 QX_KERNEL_TARGET std::uint64_t Count(const std::uint64_t* words, std::size_t numWords) {
