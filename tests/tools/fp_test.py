@@ -70,6 +70,13 @@ class FpTest(QxfpCase):
                          [title.decode("utf-8", errors="ignore") for title in titles])
         self.assertIn("\ufffd", "".join(shown))
 
+    def test_messages_are_safe_to_show(self):
+        self.write("titles.smi", b"C1 a\x1b[2Jb\xc2\x9bc\nC1 " + b"long" * 1000 + b"\n")
+        _, errors = self.run_qxfp("fp", "titles.smi", status=SOME_FAILED)
+        first, second = errors.decode("utf-8").splitlines()
+        self.assertTrue(first.startswith("qxfp: warning: titles.smi, line 1 'a [2Jb c': "), first)
+        self.assertLess(len(second), 200)
+
     def test_empty_file_has_no_lines(self):
         self.write("empty.smi", b"")
         self.assertEqual(self.run_qxfp("fp", "empty.smi"), (b"", b""))

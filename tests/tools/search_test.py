@@ -106,11 +106,14 @@ class SearchTest(QxfpCase):
 
     def test_queries_that_cannot_run(self):
         cases = [("@1500", b"only 1500"), ("@99999999999999999999", b"query"), ("@x", b"query '@x'"), ("C1CC", b"query 'C1CC'"),
-                 ("gone.smi", b"gone.smi"), ("", b"query")]
+                 ("gone.smi", b"gone.smi"), ("", b"query ''"), ("[", b"query '['"), ("empty.smi", b"holds no molecules"),
+                 ("one.smi", b"query 'unclosed'")]
+        self.write("empty.smi", b"")
+        self.write("one.smi", b"C1CC unclosed\n")
         for query, part in cases:
             with self.subTest(query):
                 output, errors = self.run_qxfp("search", "all.fpbin", query, status=CANNOT_RUN)
-                self.assertNotIn(b"\n1\t", output)
+                self.assertEqual(output, b"")
                 self.assertIn(part, errors)
 
     def test_every_memory_type_gives_the_same_rows(self):

@@ -115,16 +115,13 @@ bool CheckFolder(const Request& request, std::uint64_t numMolecules, std::string
   return true;
 }
 
-void ReportRejects(const Request& request, const QXChem::QXMolDatabase& molecules,
-                   const std::vector<Reject>& rejects, std::ostream* list) {
+void ReportRejects(const QXChem::QXMolDatabase& molecules, const std::vector<Reject>& rejects,
+                   std::ostream* list) {
   for (const Reject& reject : rejects) {
-    const auto line = static_cast<unsigned long long>(molecules.GetLine(reject.index));
-    const std::string title = molecules.GetTitle(reject.index);
-    const std::string named = title.empty() ? "" : " '" + title + "'";
-    QXThrow.Warning("%s, line %llu%s: %s", request.molecules.c_str(), line, named.c_str(),
-                    reject.reason.c_str());
-    if (list)
-      *list << line << '\t' << WithoutControls(title) << '\t' << WithoutControls(reject.reason) << '\n';
+    QXThrow.Warning("%s: %s", DescribeRecord(molecules, reject.index).c_str(), reject.reason.c_str());
+    if (!list) continue;
+    *list << molecules.GetLine(reject.index) << '\t' << WithoutControls(molecules.GetTitle(reject.index))
+          << '\t' << WithoutControls(reject.reason) << '\n';
   }
 }
 
@@ -189,7 +186,7 @@ ExitStatus Create(const Request& request) {
   }
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
-  ReportRejects(request, molecules, rejects, request.rejects.empty() ? nullptr : &rejectFile);
+  ReportRejects(molecules, rejects, request.rejects.empty() ? nullptr : &rejectFile);
   PrintCounts(request, numMolecules, rejects.size(), seconds);
   bool isComplete = rejects.empty();
   if (!request.rejects.empty() && !rejectFile.flush()) {

@@ -166,9 +166,7 @@ std::uint64_t WriteFingerprints(const QXChem::QXMolDatabase& molecules, const Bl
       Print(results[i].line);
       if (results[i].reason.empty()) continue;
       ++numFailed;
-      QXThrow.Warning("%s, line %llu '%s': %s", molecules.GetFileName().c_str(),
-                      static_cast<unsigned long long>(molecules.GetLine(begin + i)),
-                      GetRecordName(molecules, begin + i).c_str(), results[i].reason.c_str());
+      QXThrow.Warning("%s: %s", DescribeRecord(molecules, begin + i).c_str(), results[i].reason.c_str());
     }
   }
   return numFailed;

@@ -29,7 +29,7 @@ void WriteToStandardError(std::string_view text) {
 
 void WriteMessage(QXSystem::QXErrorLevel level, const std::string& text) {
   const char* levelName = kLevelNames[static_cast<unsigned>(level)];
-  std::string line = std::string("qxfp: ") + levelName + ": " + WithoutControls(text) + "\n";
+  std::string line = std::string("qxfp: ") + levelName + ": " + ForTerminal(text) + "\n";
   const std::lock_guard lock(mutex);
   if (!statusLine.empty()) line = kEraseLine + line + statusLine;
   WriteToStandardError(line);

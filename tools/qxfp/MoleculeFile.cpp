@@ -11,6 +11,8 @@ namespace qxfp {
 
 namespace {
 
+constexpr std::size_t kMaxShownTitle = 80;
+
 constexpr std::string_view kSmilesExtensions[] = {"smi", "ism", "smiles"};
 constexpr std::string_view kBlockExtensions[] = {"sdf", "sd", "mol", "mol2"};
 
@@ -56,6 +58,13 @@ bool OpenMolecules(QXChem::QXMolDatabase& molecules, const std::string& path) {
 std::string GetRecordName(const QXChem::QXMolDatabase& molecules, std::uint64_t idx) {
   const std::string title = molecules.GetTitle(idx);
   return title.empty() ? std::to_string(idx) : title;
+}
+
+std::string DescribeRecord(const QXChem::QXMolDatabase& molecules, std::uint64_t idx) {
+  std::string title = molecules.GetTitle(idx);
+  if (title.size() > kMaxShownTitle) title = title.substr(0, kMaxShownTitle) + "...";
+  return molecules.GetFileName() + ", line " + std::to_string(molecules.GetLine(idx)) +
+         (title.empty() ? "" : " '" + title + "'");
 }
 
 }  // namespace qxfp

@@ -18,4 +18,7 @@ bool OpenMolecules(QXChem::QXMolDatabase& molecules, const std::string& path);
 /// What a record is called: its title, or its index when it has none.
 std::string GetRecordName(const QXChem::QXMolDatabase& molecules, std::uint64_t idx);
 
+/// Where a record is, for a message: file, line and title, "mols.smi, line 7 'ethanol'". Long titles are cut.
+std::string DescribeRecord(const QXChem::QXMolDatabase& molecules, std::uint64_t idx);
+
 }  // namespace qxfp

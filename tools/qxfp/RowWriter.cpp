@@ -12,10 +12,6 @@ namespace {
 
 using TextFilter = std::string (*)(std::string_view);
 
-std::string ForTable(std::string_view text) {
-  return ToUtf8(WithoutControls(text));
-}
-
 std::vector<std::string> NamesOf(const std::vector<Column>& columns) {
   std::vector<std::string> names;
   for (const Column& column : columns) names.push_back(column.name);
@@ -82,7 +78,7 @@ class TableWriter final : public RowWriter {
 
   void Write(std::vector<std::string> cells) override {
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      cells[i] = ForTable(cells[i]);
+      cells[i] = ForTerminal(cells[i]);
       if (!areWidthsFixed_) widths_[i] = std::max(widths_[i], DisplayWidth(cells[i]));
     }
     if (areWidthsFixed_) {

@@ -97,27 +97,28 @@ class Search {
         options_(options),
         queries_(queries),
         texts_(texts),
-        precision_(precision) {
-    std::vector<Column> columns = {{"rank", true}, {"index", true}, {"score", true}, {"title"}, {"smiles"}};
-    if (queries.Size() > 1) columns.insert(columns.begin(), {"query"});
-    writer_ = MakeRowWriter(form, std::move(columns));
-  }
+        precision_(precision),
+        form_(form) {}
 
-  // The number of queries that failed, each with a warning.
-  std::uint64_t Run() {
+  ExitStatus Run() {
     std::uint64_t numFailed = 0;
     for (std::uint64_t i = 0; i < queries_.Size(); ++i) {
       std::string reason;
       Hits hits;
       if (FindHits(i, hits, reason)) {
         WriteHits(i, hits);
-      } else {
-        ++numFailed;
-        QXThrow.Warning("query '%s': %s", queries_.GetName(i).c_str(), reason.c_str());
+        continue;
       }
+      ++numFailed;
+      const std::string text = "query '" + queries_.GetName(i) + "': " + reason;
+      if (!HasSeveralQueries()) {
+        QXThrow.Error("%s", text.c_str());
+        return CannotRun;
+      }
+      QXThrow.Warning("%s", text.c_str());
     }
-    writer_->Close();
-    return numFailed;
+    Writer().Close();
+    return numFailed == 0 ? Done : SomeFailed;
   }
 
  private:
@@ -148,14 +149,26 @@ class Search {
     return true;
   }
 
+  bool HasSeveralQueries() const { return queries_.Size() > 1; }
+
+  // Made, and the header with it, when there is something to write.
+  RowWriter& Writer() {
+    if (!writer_) {
+      std::vector<Column> columns = {{"rank", true}, {"index", true}, {"score", true}, {"title"}, {"smiles"}};
+      if (HasSeveralQueries()) columns.insert(columns.begin(), {"query"});
+      writer_ = MakeRowWriter(form_, std::move(columns));
+    }
+    return *writer_;
+  }
+
   void WriteHits(std::uint64_t i, const Hits& hits) {
     std::uint64_t rank = 0;
     for (const QXSimScore& hit : hits) {
       std::vector<std::string> cells = {std::to_string(++rank), std::to_string(hit.GetIdx()),
                                         FormatFixed(hit.GetScore(), precision_),
                                         texts_.GetTitle(hit.GetIdx()), texts_.GetSmiles(hit.GetIdx())};
-      if (queries_.Size() > 1) cells.insert(cells.begin(), queries_.GetName(i));
-      writer_->Write(std::move(cells));
+      if (HasSeveralQueries()) cells.insert(cells.begin(), queries_.GetName(i));
+      Writer().Write(std::move(cells));
     }
   }
 
@@ -164,6 +177,7 @@ class Search {
   const SearchQueries& queries_;
   const HitTexts& texts_;
   unsigned precision_;
+  RowForm form_;
   std::unique_ptr<RowWriter> writer_;
   QXChem::QXGraphMol mol_;
 };
@@ -179,6 +193,10 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   }
   SearchQueries queries;
   if (!queries.Open(itf.Get<std::string>("-query"))) return CannotRun;
+  if (queries.Size() == 0) {
+    QXThrow.Error("'%s' holds no molecules", itf.Get<std::string>("-query").c_str());
+    return CannotRun;
+  }
   HitTexts texts;
   if (!itf.IsSet("-mols")) {
     texts.Find(path, fingerprints);
@@ -186,9 +204,7 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
     return CannotRun;
   }
   Search search(fingerprints, options, queries, texts, itf.Get<unsigned>("-precision"), GetRowForm(itf));
-  const std::uint64_t numFailed = search.Run();
-  if (numFailed == 0) return Done;
-  return queries.Size() > 1 ? SomeFailed : CannotRun;
+  return search.Run();
 }
 
 }  // namespace

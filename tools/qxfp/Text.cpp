@@ -58,6 +58,15 @@ std::string ToUtf8(std::string_view text) {
   return result;
 }
 
+std::string ForTerminal(std::string_view text) {
+  std::string result = ToUtf8(WithoutControls(text));
+  // U+0080 to U+009F; some terminals obey them. A byte 0xc2 only ever begins a character.
+  for (std::size_t i = 0; i + 1 < result.size(); ++i) {
+    if (result[i] == '\xc2' && static_cast<unsigned char>(result[i + 1]) < 0xa0) result.replace(i, 2, " ");
+  }
+  return result;
+}
+
 std::size_t DisplayWidth(std::string_view text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char c) { return !IsContinuation(static_cast<unsigned char>(c)); }));

@@ -12,6 +12,9 @@ std::string WithoutControls(std::string_view text);
 /// Valid UTF-8: every byte that is not part of a well-formed character becomes U+FFFD.
 std::string ToUtf8(std::string_view text);
 
+/// What a terminal can be trusted with: valid UTF-8 without control characters, those above U+007F included.
+std::string ForTerminal(std::string_view text);
+
 /// Columns that valid UTF-8 text takes, one per code point.
 std::size_t DisplayWidth(std::string_view text);
 
