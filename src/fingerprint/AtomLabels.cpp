@@ -1,8 +1,9 @@
 // Integer labels of atoms and bonds.
 //
-// A label is a product with one factor for each property that the mask selects. The masks are the same for all
-// atoms, so the work is arranged by property: one pass over the flat atom array for each selected property, its
-// factors read from a small table, no decision about masks inside a loop. Products wrap at 32 bits.
+// A label is a product with one factor for each property that the mask selects. What the mask selects is decided
+// once: every property gets a table of factors, one of ones where it is not selected, and the three flags share a
+// table of their products. The loop over the flat atom array then looks up and multiplies, without a branch on the
+// mask. Products wrap at 32 bits.
 
 #include <algorithm>
 #include <span>
@@ -22,14 +23,19 @@ using QXChem::QXBondBase;
 
 constexpr unsigned hydrogenBondFlags = QXFPAtomType::EqHBAcc | QXFPAtomType::EqHBDon;
 
+// Where a table keeps the factor of a number; its last entry stands for all larger ones.
 template <std::size_t N>
-constexpr unsigned Capped(const std::array<unsigned, N>& factors, unsigned number) {
-  return factors[std::min<std::size_t>(number, N - 1)];
+constexpr std::size_t CappedIndex(const std::array<unsigned, N>&, unsigned number) {
+  return std::min<std::size_t>(number, N - 1);
 }
 
-unsigned ChargeFactor(int formalCharge) {
+constexpr int ChargeIndex(int formalCharge) {
   using labelPrimes::maxCharge;
-  return labelPrimes::charge[std::clamp(formalCharge, -maxCharge, maxCharge) + maxCharge];
+  return std::clamp(formalCharge, -maxCharge, maxCharge) + maxCharge;
+}
+
+const auto& ElementPrimes(unsigned atype) {
+  return atype & QXFPAtomType::EqHalo ? labelPrimes::elementEqHalo : labelPrimes::element;
 }
 
 // The factor for the element of an atom under masks that make atoms of several elements equal.
@@ -41,56 +47,76 @@ unsigned ClassFactor(const QXAtomBase& atom, unsigned atype) {
     if (donor) return acceptor ? labelPrimes::donorAndAcceptor : labelPrimes::donor;
     if (acceptor) return labelPrimes::acceptor;
   }
-  const auto& primes = atype & QXFPAtomType::EqHalo ? labelPrimes::elementEqHalo : labelPrimes::element;
-  return primes[atom.GetAtomicNum()];
+  return ElementPrimes(atype)[atom.GetAtomicNum()];
 }
 
-// Multiplies the label of every atom (or bond) by its factor.
-template <class Item, class Factor>
-void Multiply(std::vector<unsigned>& labels, std::span<const Item> items, Factor factor) {
-  unsigned* label = labels.data();
-  for (const Item& item : items) *label++ *= factor(item);
+// The factors of a property that the mask does not select; long enough for every table.
+constexpr auto ones = [] {
+  std::array<unsigned, labelPrimes::numElements> factors{};
+  factors.fill(1);
+  return factors;
+}();
+
+template <std::size_t N>
+const unsigned* Select(bool selected, const std::array<unsigned, N>& factors) {
+  static_assert(N <= ones.size());
+  return selected ? factors.data() : ones.data();
 }
 
-void MultiplyByElement(std::vector<unsigned>& labels, std::span<const QXAtomBase> atoms, unsigned atype) {
-  if (atype & (QXFPAtomType::EqArom | hydrogenBondFlags)) {
-    Multiply(labels, atoms, [atype](const QXAtomBase& atom) { return ClassFactor(atom, atype); });
-    return;
+// The products of flag factors by the flags' bits; a flag that is not selected has the factor 1.
+template <std::size_t N>
+std::array<unsigned, std::size_t{1} << N> FlagProducts(const std::array<unsigned, N>& factors) {
+  std::array<unsigned, std::size_t{1} << N> products;
+  for (std::size_t flags = 0; flags < products.size(); ++flags) {
+    products[flags] = 1;
+    for (std::size_t i = 0; i < N; ++i) products[flags] *= (flags >> i) & 1 ? factors[i] : 1;
   }
-  const unsigned* primes =
-      (atype & QXFPAtomType::EqHalo ? labelPrimes::elementEqHalo : labelPrimes::element).data();
-  Multiply(labels, atoms, [primes](const QXAtomBase& atom) { return primes[atom.GetAtomicNum()]; });
+  return products;
+}
+
+template <class ElementFactor>
+void LabelAtoms(std::vector<unsigned>& labels, std::span<const QXAtomBase> atoms, unsigned atype,
+                ElementFactor elementFactor) {
+  using namespace QXFPAtomType;
+  const unsigned* charge = Select(atype & FCharge, labelPrimes::charge);
+  const unsigned* heavyDegree = Select(atype & HvyDeg, labelPrimes::heavyDegree);
+  const unsigned* hybridization = Select(atype & Hyb, labelPrimes::hybridization);
+  const unsigned* hydrogens = Select(atype & HCount, labelPrimes::hydrogens);
+  const auto flagProducts = FlagProducts<3>({atype & InRing ? labelPrimes::ringAtom : 1,
+                                             atype & Arom ? labelPrimes::aromaticAtom : 1,
+                                             atype & Chiral ? labelPrimes::chiralAtom : 1});
+  labels.resize(atoms.size());
+  unsigned* label = labels.data();
+  for (const QXAtomBase& atom : atoms) {
+    const unsigned flags = atom.IsInRing() | atom.IsAromatic() << 1 | atom.IsChiral() << 2;
+    *label++ = elementFactor(atom) * flagProducts[flags] * charge[ChargeIndex(atom.GetFormalCharge())] *
+               heavyDegree[CappedIndex(labelPrimes::heavyDegree, atom.GetHvyDegree())] *
+               hybridization[CappedIndex(labelPrimes::hybridization, atom.GetHyb())] *
+               hydrogens[CappedIndex(labelPrimes::hydrogens, atom.GetTotalHCount())];
+  }
 }
 
 void LabelAtoms(std::vector<unsigned>& labels, std::span<const QXAtomBase> atoms, unsigned atype) {
   using namespace QXFPAtomType;
-  const auto multiply = [&](unsigned property, auto factor) {
-    if (atype & property) Multiply(labels, atoms, factor);
-  };
-  labels.assign(atoms.size(), 1);
-  if (atype & AtmNum) MultiplyByElement(labels, atoms, atype);
-  multiply(FCharge, [](const QXAtomBase& atom) { return ChargeFactor(atom.GetFormalCharge()); });
-  multiply(HvyDeg,
-           [](const QXAtomBase& atom) { return Capped(labelPrimes::heavyDegree, atom.GetHvyDegree()); });
-  multiply(Hyb, [](const QXAtomBase& atom) { return Capped(labelPrimes::hybridization, atom.GetHyb()); });
-  multiply(InRing, [](const QXAtomBase& atom) { return atom.IsInRing() ? labelPrimes::ringAtom : 1; });
-  multiply(Arom, [](const QXAtomBase& atom) { return atom.IsAromatic() ? labelPrimes::aromaticAtom : 1; });
-  multiply(Chiral, [](const QXAtomBase& atom) { return atom.IsChiral() ? labelPrimes::chiralAtom : 1; });
-  multiply(HCount,
-           [](const QXAtomBase& atom) { return Capped(labelPrimes::hydrogens, atom.GetTotalHCount()); });
+  if ((atype & AtmNum) && (atype & (EqArom | hydrogenBondFlags))) {
+    LabelAtoms(labels, atoms, atype, [atype](const QXAtomBase& atom) { return ClassFactor(atom, atype); });
+    return;
+  }
+  const unsigned* primes = Select(atype & AtmNum, ElementPrimes(atype));
+  LabelAtoms(labels, atoms, atype, [primes](const QXAtomBase& atom) { return primes[atom.GetAtomicNum()]; });
 }
 
 void LabelBonds(std::vector<unsigned>& labels, std::span<const QXBondBase> bonds, unsigned btype) {
   using namespace QXFPBondType;
-  const auto multiply = [&](unsigned property, auto factor) {
-    if (btype & property) Multiply(labels, bonds, factor);
-  };
-  labels.assign(bonds.size(), 1);
-  multiply(Order, [](const QXBondBase& bond) {
-    return bond.IsAromatic() ? labelPrimes::aromaticBond : labelPrimes::bondOrder[bond.GetOrder()];
-  });
-  multiply(InRing, [](const QXBondBase& bond) { return bond.IsInRing() ? labelPrimes::ringBond : 1; });
-  multiply(Chiral, [](const QXBondBase& bond) { return bond.IsChiral() ? labelPrimes::chiralBond : 1; });
+  const unsigned* order = Select(btype & Order, labelPrimes::bondOrder);
+  const auto flagProducts = FlagProducts<2>(
+      {btype & InRing ? labelPrimes::ringBond : 1, btype & Chiral ? labelPrimes::chiralBond : 1});
+  labels.resize(bonds.size());
+  unsigned* label = labels.data();
+  for (const QXBondBase& bond : bonds) {
+    const unsigned factor = order[bond.IsAromatic() ? labelPrimes::aromaticOrder : bond.GetOrder()];
+    *label++ = factor * flagProducts[bond.IsInRing() | bond.IsChiral() << 1];
+  }
 }
 
 }  // namespace

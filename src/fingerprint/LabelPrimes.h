@@ -80,9 +80,9 @@ inline constexpr unsigned ringAtom = 7;
 inline constexpr unsigned aromaticAtom = 11;
 inline constexpr unsigned chiralAtom = 13;
 
-/// By bond order 0 to 9. An aromatic bond shares the prime of order 5, which no ordinary bond has.
+/// By bond order 0 to 9. Aromatic bonds share the prime of order 5, which no ordinary bond has.
 inline constexpr auto bondOrder = PrimesFrom<10>(127, std::array<unsigned, 0>{});
-inline constexpr unsigned aromaticBond = bondOrder[5];
+inline constexpr unsigned aromaticOrder = 5;
 inline constexpr unsigned ringBond = 73;
 inline constexpr unsigned chiralBond = 79;
 
