@@ -12,17 +12,26 @@ struct Lanes {
   using Sum = std::uint64_t;
   static constexpr std::size_t blockWords = 8;
 
-  QX_KERNEL_TARGET static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record,
-                                      std::size_t numWords) {
-#pragma GCC unroll 8
-    for (std::size_t i = 0; i < numWords; ++i) {
-      sum += static_cast<std::uint64_t>(__builtin_popcountll(query[i] & record[i]));
-    }
-    return sum;
+  QX_KERNEL_TARGET static Sum CountWord(const std::uint64_t* query, const std::uint64_t* record) {
+    return static_cast<Sum>(__builtin_popcountll(*query & *record));
   }
 
+  // Two sums, so that an addition need not wait for the one before.
   QX_KERNEL_TARGET static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
-    return AddTail(sum, query, record, blockWords);
+    Sum even = 0;
+    Sum odd = 0;
+#pragma GCC unroll 4
+    for (std::size_t i = 0; i < blockWords; i += 2) {
+      even += CountWord(query + i, record + i);
+      odd += CountWord(query + i + 1, record + i + 1);
+    }
+    return sum + (even + odd);
+  }
+
+  QX_KERNEL_TARGET static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record,
+                                      std::size_t numWords) {
+    for (std::size_t i = 0; i < numWords; ++i) sum += CountWord(query + i, record + i);
+    return sum;
   }
 
   static std::uint64_t Total(Sum sum) {

@@ -24,8 +24,9 @@ template <bool isStreaming>
 QX_KERNEL_TARGET inline std::uint64_t CountShared(const std::uint64_t* query, const std::uint64_t* record,
                                                   std::size_t numWords) {
   Lanes::Sum sum{};
+  const std::size_t numBlockWords = numWords - numWords % Lanes::blockWords;
   std::size_t i = 0;
-  for (; numWords - i >= Lanes::blockWords; i += Lanes::blockWords) {
+  for (; i < numBlockWords; i += Lanes::blockWords) {
     if constexpr (isStreaming) {
       for (std::size_t line = 0; line < Lanes::blockWords; line += lineWords)
         PrefetchAhead(record + i + line);
