@@ -53,7 +53,8 @@ bool IsCandidateEnd(const QXAtomBase& end) {
 bool IsInSmallRing(const QXMolBase& mol, const QXBondBase& bond) {
   if (!bond.IsInRing()) return false;
   // A breadth-first walk of at most six levels; atoms of a graph of degree four or less are few enough to search.
-  std::vector<unsigned> reached = {bond.GetBgnIdx()};
+  thread_local std::vector<unsigned> reached;
+  reached.assign(1, bond.GetBgnIdx());
   std::size_t levelStart = 0;
   for (unsigned depth = 1; depth < smallestStereoRing - 1; ++depth) {
     const std::size_t levelEnd = reached.size();

@@ -45,7 +45,7 @@ bool QXReadMolBlock(QXMolBase& mol, std::string_view block, std::string& reason)
 }
 
 bool QXReadMol2(QXMolBase& mol, std::string_view block, std::string& reason) {
-  if (!IsSafeText(block, reason)) return Refuse(mol);
+  if (!IsSafeMol2(block, reason)) return Refuse(mol);
   return Read(mol, TextFormat::Mol2, block, reason) || Refuse(mol);
 }
 

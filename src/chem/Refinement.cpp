@@ -1,5 +1,6 @@
 // Colour refinement with 64-bit hashes. In every round an atom's colour becomes a hash of its own colour and of the
-// multiset of its neighbours' colours and bonds, which a sum of well-mixed values stands for. A round can only split
+// multiset of its neighbours' colours and bonds, for which a sum stands: colours and bond colours are hashes, so sums
+// of different multisets differ as random numbers do. A round can only split
 // classes, so the partition is stable as soon as their number stops growing. Colours do not depend on the order of
 // the atoms. Two different colours collide with a probability of about 2^-64, and a collision only merges classes;
 // whoever needs certainty checks the keys (see Symmetry.cpp).
@@ -42,6 +43,9 @@ std::uint32_t BondKey(const QXBondBase& bond, unsigned fromAtom, bool withChiral
 
 void Refinement::Run(const QXMolBase& mol, bool withChirality) {
   Start(mol, withChirality);
+  // The first rounds nearly always split, so there is nothing to count between them.
+  Mix(mol);
+  Mix(mol);
   numClasses_ = Classify();
   while (numClasses_ < mol.NumAtoms()) {
     Mix(mol);
@@ -56,12 +60,13 @@ void Refinement::Start(const QXMolBase& mol, bool withChirality) {
   colors_.resize(numAtoms);
   nextColors_.resize(numAtoms);
   classOfAtom_.resize(numAtoms);
-  bondColors_.clear();
+  bondColors_.resize(std::size_t{2} * mol.NumBonds());
+  std::uint64_t* bondColor = bondColors_.data();
   for (const QXAtomBase& atom : mol.Atoms()) {
     std::uint64_t shape = 0;  // degree and number of ring bonds
     for (const QXNeighbor& neighbor : atom.GetNeighbors()) {
       const QXBondBase& bond = mol.Bonds()[neighbor.bond];
-      bondColors_.push_back(MixBits(BondKey(bond, atom.GetIdx(), withChirality) + 1));
+      *bondColor++ = MixBits(BondKey(bond, atom.GetIdx(), withChirality) + 1);
       shape += 1 + (static_cast<std::uint64_t>(bond.IsInRing()) << 32);
     }
     colors_[atom.GetIdx()] = MixBits(AtomKey(atom, withChirality) ^ MixBits(shape));
@@ -75,10 +80,12 @@ void Refinement::Start(const QXMolBase& mol, bool withChirality) {
 
 void Refinement::Mix(const QXMolBase& mol) {
   const std::uint64_t* bondColor = bondColors_.data();
-  for (unsigned i = 0; i < mol.NumAtoms(); ++i) {
+  const std::uint64_t* colors = colors_.data();
+  std::uint64_t* nextColor = nextColors_.data();
+  for (const QXAtomBase& atom : mol.Atoms()) {
     std::uint64_t sum = 0;
-    for (const QXNeighbor& neighbor : mol.Neighbors(i)) sum += MixBits(colors_[neighbor.atom] ^ *bondColor++);
-    nextColors_[i] = MixBits(colors_[i] + sum);
+    for (const QXNeighbor& neighbor : atom.GetNeighbors()) sum += colors[neighbor.atom] ^ *bondColor++;
+    *nextColor++ = MixBits(MixBits(sum) + colors[atom.GetIdx()]);
   }
   colors_.swap(nextColors_);
 }

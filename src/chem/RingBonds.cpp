@@ -13,16 +13,17 @@ namespace {
 
 class RingMarker {
  public:
-  explicit RingMarker(QXMolBase& mol)
-      : mol_(mol), atoms_(MolAccess::Atoms(mol)), bonds_(MolAccess::Bonds(mol)) {
+  // May be called again: the buffers are kept.
+  void Run(QXMolBase& mol) {
+    mol_ = &mol;
+    atoms_ = MolAccess::Atoms(mol);
+    bonds_ = MolAccess::Bonds(mol);
+    numVisited_ = 0;
     order_.assign(mol.NumAtoms(), unvisited_);
     low_.resize(mol.NumAtoms());
     for (QXAtomBase& atom : atoms_) MolAccess::SetInRing(atom, false);
     for (QXBondBase& bond : bonds_) MolAccess::SetInRing(bond, false);
-  }
-
-  void Run() {
-    for (unsigned start = 0; start < mol_.NumAtoms(); ++start) {
+    for (unsigned start = 0; start < mol.NumAtoms(); ++start) {
       if (order_[start] == unvisited_) Walk(start);
     }
   }
@@ -43,7 +44,7 @@ class RingMarker {
     Enter(start, unvisited_);
     while (!stack_.empty()) {
       Step& step = stack_.back();
-      const auto neighbors = mol_.Neighbors(step.atom);
+      const auto neighbors = mol_->Neighbors(step.atom);
       if (step.next == neighbors.size()) {
         Leave();
         continue;
@@ -76,7 +77,7 @@ class RingMarker {
 
   static constexpr unsigned unvisited_ = std::numeric_limits<unsigned>::max();
 
-  QXMolBase& mol_;
+  const QXMolBase* mol_ = nullptr;
   std::span<QXAtomBase> atoms_;
   std::span<QXBondBase> bonds_;
   unsigned numVisited_ = 0;
@@ -89,7 +90,8 @@ class RingMarker {
 
 void QXFindRingAtomsAndBonds(QXMolBase& mol) {
   if (mol.IsPerceived(QXPerceived::Rings)) return;
-  RingMarker(mol).Run();
+  thread_local RingMarker marker;
+  marker.Run(mol);
   MolAccess::MarkPerceived(mol, QXPerceived::Rings);
 }
 

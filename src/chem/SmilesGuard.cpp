@@ -118,13 +118,14 @@ std::string ExplainSyntaxError(std::string_view smiles) {
     }
     if (c == '(') ++open;
     if (c == ')' && open-- == 0) return "unopened parenthesis" + AtByte(i);
+    const std::size_t start = i;
     std::size_t ring = closed;
     if (IsDigit(c)) ring = static_cast<std::size_t>(c - '0');
     if (c == '%' && i + 2 < smiles.size() && IsDigit(smiles[i + 1]) && IsDigit(smiles[i + 2])) {
       ring = static_cast<std::size_t>(10 * (smiles[i + 1] - '0') + smiles[i + 2] - '0');
       i += 2;
     }
-    if (ring != closed) ringOpenedAt[ring] = ringOpenedAt[ring] == closed ? i : closed;
+    if (ring != closed) ringOpenedAt[ring] = ringOpenedAt[ring] == closed ? start : closed;
   }
   if (open > 0) return "unclosed parenthesis";
   for (std::size_t ring = 0; ring < ringOpenedAt.size(); ++ring) {
@@ -133,6 +134,8 @@ std::string ExplainSyntaxError(std::string_view smiles) {
   }
   return "not a SMILES";
 }
+
+namespace {
 
 bool IsSafeText(std::string_view text, std::string& reason) {
   if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) {
@@ -145,8 +148,6 @@ bool IsSafeText(std::string_view text, std::string& reason) {
   }
   return true;
 }
-
-namespace {
 
 // Whether the number behind blanks at the start of the text, if there is one, is at most limit in size.
 bool NumberFits(std::string_view text, int limit) {
@@ -200,6 +201,65 @@ bool IsSafeMolBlock(std::string_view block, std::string& reason) {
   if (FieldFits(block, " MASS=", maxIsotope)) return true;
   reason = "isotope above " + std::to_string(maxIsotope);
   return false;
+}
+
+namespace {
+
+// Takes the next line off the text.
+std::string_view NextLine(std::string_view& text) {
+  const std::size_t end = text.find('\n');
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  return line;
+}
+
+// Takes the next number off the line; what is no number counts as 0, which no field allows.
+unsigned NextNumber(std::string_view& line) {
+  constexpr std::string_view blanks = " \t\r";
+  line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
+  unsigned value = 0;
+  std::from_chars(line.data(), line.data() + line.size(), value);
+  line.remove_prefix(std::min(line.find_first_of(blanks), line.size()));
+  return value;
+}
+
+}  // namespace
+
+// The parser trusts the bonds' atom numbers.
+bool IsSafeMol2(std::string_view block, std::string& reason) {
+  if (!IsSafeText(block, reason)) return false;
+  constexpr std::string_view moleculeTag = "@<TRIPOS>MOLECULE";
+  constexpr std::string_view bondTag = "@<TRIPOS>BOND";
+  const std::size_t start = block.find(moleculeTag);
+  if (start == std::string_view::npos) {
+    reason = "no @<TRIPOS>MOLECULE";
+    return false;
+  }
+  block.remove_prefix(start);
+  const auto numLines = static_cast<std::size_t>(std::count(block.begin(), block.end(), '\n'));
+  NextLine(block);  // the tag
+  NextLine(block);  // the title
+  std::string_view counts = NextLine(block);
+  const unsigned numAtoms = NextNumber(counts);
+  const unsigned numBonds = NextNumber(counts);
+  if (numAtoms > numLines || numBonds > numLines) {
+    reason = "more atoms or bonds announced than there are lines";
+    return false;
+  }
+  const std::size_t bonds = block.find(bondTag);
+  if (bonds == std::string_view::npos) return true;  // fine without bonds, and the parser sees to the rest
+  block.remove_prefix(bonds);
+  NextLine(block);
+  for (unsigned i = 1; i <= numBonds; ++i) {
+    std::string_view line = NextLine(block);
+    NextNumber(line);  // the bond's own
+    const unsigned bgn = NextNumber(line);
+    const unsigned end = NextNumber(line);
+    if (bgn >= 1 && bgn <= numAtoms && end >= 1 && end <= numAtoms) continue;
+    reason = "bond " + std::to_string(i) + " does not join two of the " + std::to_string(numAtoms) + " atoms";
+    return false;
+  }
+  return true;
 }
 
 }  // namespace QXChem

@@ -47,16 +47,19 @@ class SymmetryProver {
   void Place(unsigned atom) {
     unsigned& head = lastProven_[classOfAtom_[atom]];
     for (unsigned other = head; other != unset_ && budget_ > 0; other = nextProven_[other]) {
-      if (Root(other) == Root(atom) || Exchange(other, atom)) return;
+      if (Root(other) == Root(atom)) return;
+      if (Exchange(other, atom, true) || Exchange(other, atom, false)) return;
     }
     nextProven_[atom] = head;
     head = atom;
   }
 
-  bool Exchange(unsigned a, unsigned b) {
+  // keepCommon: whether a neighbour of both stays where it is, which is right nearly always but not in prismane.
+  bool Exchange(unsigned a, unsigned b, bool keepCommon) {
     moved_.clear();
     fixed_.clear();
-    const bool proven = SetPair(a, b) && Spread() && IsAutomorphism();
+    SetPair(a, b);
+    const bool proven = Spread(keepCommon) && IsAutomorphism();
     if (proven) {
       for (const unsigned atom : moved_) root_[Root(atom)] = Root(image_[atom]);
     }
@@ -65,20 +68,19 @@ class SymmetryProver {
     return proven;
   }
 
-  bool SetPair(unsigned a, unsigned b) {
+  void SetPair(unsigned a, unsigned b) {
     image_[a] = b;
     image_[b] = a;
     moved_.push_back(a);
     moved_.push_back(b);
-    return true;
   }
 
   // Pairs lie side by side in moved_; each is looked at once, while further ones are appended.
-  bool Spread() {
+  bool Spread(bool keepCommon) {
     for (std::size_t next = 0; next < moved_.size(); next += 2) {
       const unsigned a = moved_[next];
       const unsigned b = moved_[next + 1];
-      FixCommonNeighbors(a, b);
+      if (keepCommon) FixCommonNeighbors(a, b);
       for (const QXNeighbor& neighbor : mol_->Neighbors(a)) {
         if (!Spend()) return false;
         if (image_[neighbor.atom] != unset_) continue;
@@ -98,13 +100,14 @@ class SymmetryProver {
     }
   }
 
-  // A free neighbour of b that looks from there as the neighbour looks from a.
+  // A free neighbour of b that looks from there as the neighbour looks from a; common neighbours go with each other.
   unsigned FindPartner(const QXNeighbor& neighbor, unsigned a, unsigned b) {
     const std::uint32_t key = Key(neighbor, a);
     for (const QXNeighbor& other : mol_->Neighbors(b)) {
       if (!Spend()) return unset_;
       if (other.atom != neighbor.atom && image_[other.atom] == unset_ &&
-          classOfAtom_[other.atom] == classOfAtom_[neighbor.atom] && Key(other, b) == key) {
+          classOfAtom_[other.atom] == classOfAtom_[neighbor.atom] && Key(other, b) == key &&
+          AreBonded(other.atom, a) == AreBonded(neighbor.atom, b)) {
         return other.atom;
       }
     }
@@ -133,6 +136,11 @@ class SymmetryProver {
       if (neighbor.atom == to) return Key(neighbor, from) == key;
     }
     return false;
+  }
+
+  bool AreBonded(unsigned a, unsigned b) {
+    return std::ranges::any_of(mol_->Neighbors(a),
+                               [&](const QXNeighbor& next) { return Spend() && next.atom == b; });
   }
 
   std::uint32_t Key(const QXNeighbor& neighbor, unsigned from) const {

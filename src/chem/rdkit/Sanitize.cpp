@@ -118,6 +118,12 @@ void FillAtoms(QXMolBase& mol, const RDKit::ROMol& source) {
   }
 }
 
+// RDKit takes the hybridisation of a drawn stereo centre from the drawing (a metal written with @ is sp3). Without
+// the drawing it comes from the structure, the same for both spellings.
+void ForgetDrawnStereo(RDKit::RWMol& source) {
+  for (RDKit::Atom* atom : source.atoms()) atom->setChiralTag(RDKit::Atom::CHI_UNSPECIFIED);
+}
+
 void PerceiveAfterKekulize(RDKit::RWMol& source) {
   RDKit::MolOps::assignRadicals(source);
   RDKit::MolOps::setAromaticity(source);
@@ -130,6 +136,7 @@ void PerceiveAfterKekulize(RDKit::RWMol& source) {
 
 void SanitizeInto(QXMolBase& mol, RDKit::RWMol& source) {
   CheckRingEffort(source);
+  ForgetDrawnStereo(source);
   source.clearComputedProps();
   RDKit::MolOps::cleanUp(source);
   source.updatePropertyCache(true);
