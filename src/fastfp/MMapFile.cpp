@@ -84,6 +84,7 @@ bool MMapOutputFile::Open(const std::string& path, std::size_t length) {
     return false;
   }
   if (const char* const failure = Stretch(file, length)) {
+    [[maybe_unused]] const int status = ftruncate(file, 0);  // gives back what could be reserved
     close(file);
     QXThrow.Error("%s", failure);
     return false;

@@ -1,0 +1,212 @@
+// The scan against the naive search: every measure, both orders, cutoffs and limits around the edges, ties, empty
+// records, records whose counts are wrong, any number of threads.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <ostream>
+#include <thread>
+
+#include "fastfp/FastFPMemoryMapDatabaseImpl.h"
+#include "fastfp/FpbinFile.h"
+#include "fastfp/NaiveSearch.h"
+
+namespace QXFingrix {
+
+std::ostream& operator<<(std::ostream& out, const QXSimScore& hit) {
+  return out << '(' << hit.GetIdx() << ' ' << hit.GetScore() << ')';
+}
+
+namespace {
+
+using namespace Testing;
+
+std::vector<QXSimScore> Collect(const SimScoreIter& iter) {
+  std::vector<QXSimScore> hits;
+  for (const QXSimScore& hit : iter) hits.push_back(hit);
+  return hits;
+}
+
+// Scores must agree to the last bit; one that is not a number agrees with another.
+void ExpectSame(const std::vector<QXSimScore>& found, const std::vector<QXSimScore>& expected) {
+  ASSERT_EQ(found.size(), expected.size());
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    const bool isSame =
+        found[i] == expected[i] || (found[i].GetIdx() == expected[i].GetIdx() &&
+                                    std::isnan(found[i].GetScore()) && std::isnan(expected[i].GetScore()));
+    ASSERT_TRUE(isSame) << "at " << i << ": " << found[i] << " instead of " << expected[i];
+  }
+}
+
+// A file of random fingerprints in families, so that high scores and ties occur, with some empty ones.
+class DataSet {
+ public:
+  DataSet(unsigned numBits, std::size_t numRecords, bool isDamaged, unsigned seed)
+      : type_(PathType(numBits)) {
+    std::mt19937_64 random(seed);
+    QXFingerPrint parent = RandomFP(type_, random, 0.1);
+    std::vector<QXFingerPrint> fps;
+    for (std::size_t i = 0; i < numRecords; ++i) {
+      if (random() % 10 == 0) parent = RandomFP(type_, random, random() % 2 ? 0.1 : 0.4);
+      QXFingerPrint fp = parent;
+      for (std::size_t flips = random() % 6; flips > 0; --flips) fp.ToggleBit(random() % numBits);
+      if (random() % 50 == 0) fp.ClearBits();
+      fps.push_back(fp);
+    }
+    std::string bytes = FpbinBytes(type_, fps);
+    if (isDamaged) Damage(bytes, random);
+    WriteFile(dir_.File("x.fpbin"), bytes);
+    Parse(bytes, numBits / 64, numRecords);
+    queries_ = {numRecords > 0 ? fps[numRecords / 2] : parent, RandomFP(type_, random, 0.1), parent};
+    queries_.back().ClearBits();
+  }
+
+  std::string File() const { return dir_.File("x.fpbin"); }
+  const std::vector<NaiveRecord>& Records() const { return records_; }
+  const std::vector<QXFingerPrint>& Queries() const { return queries_; }
+
+ private:
+  // Wrong bit counts, huge ones among them, and indices that are not the position.
+  void Damage(std::string& bytes, std::mt19937_64& random) const {
+    const std::size_t recordBytes = (QXGetFingerPrintSize(type_) / 64 + 2) * 8;
+    for (std::size_t at = 800; at < bytes.size(); at += recordBytes) {
+      const std::uint64_t counts[] = {0, random() % 3000, 65536, ~std::uint64_t{0}};
+      if (random() % 5 == 0) std::memcpy(bytes.data() + at + 8, &counts[random() % 4], 8);
+      const std::uint64_t index = random() % 100000;
+      if (random() % 5 == 0) std::memcpy(bytes.data() + at, &index, 8);
+    }
+  }
+
+  void Parse(const std::string& bytes, std::size_t numWords, std::size_t numRecords) {
+    const char* at = bytes.data() + 800;
+    for (std::size_t i = 0; i < numRecords; ++i, at += (numWords + 2) * 8) {
+      NaiveRecord record{0, 0, std::vector<std::uint64_t>(numWords)};
+      std::memcpy(&record.index, at, 8);
+      std::memcpy(&record.bitCount, at + 8, 8);
+      std::memcpy(record.words.data(), at + 16, numWords * 8);
+      records_.push_back(std::move(record));
+    }
+  }
+
+  TempDir dir_;
+  const QXFPTypeBase* type_;
+  std::vector<NaiveRecord> records_;
+  std::vector<QXFingerPrint> queries_;
+};
+
+// One measure, order and query: cutoffs, limits and threads are varied inside.
+void CheckSearches(const QXFastFPDatabaseImplBase& engine, const QXFingerPrint& query,
+                   const std::vector<QXSimScore>& scores, QXFPDatabaseOptions options) {
+  const float noCutoff = -100.0F;
+  for (const float cutoff : {noCutoff, 0.0F, 0.5F, 0.7F, 1.0F}) {
+    options.ClearCutoff();
+    if (cutoff != noCutoff) options.SetCutoff(cutoff);
+    SCOPED_TRACE("cutoff " + std::to_string(cutoff));
+    ExpectSame(Collect(engine.GetScores(query, options)), NaiveKept(scores, options));
+    for (const unsigned limit : {0U, 1U, 7U, 250U}) {
+      SCOPED_TRACE("limit " + std::to_string(limit));
+      options.SetLimit(limit);
+      const auto expected = NaiveSorted(scores, options);
+      ExpectSame(Collect(engine.GetSortedScores(query, options)), expected);
+      // Short files are searched by the caller, whatever the options ask for.
+      for (const unsigned numThreads : {1U, 2U, 3U, 8U}) {
+        if (scores.size() < 1000 && numThreads < 8) continue;
+        options.SetNumProcessors(numThreads);
+        QXSimSearchResultImpl result(limit == 7 ? 10 : 0, 0.0, 1.0);
+        ASSERT_EQ(engine.SortedSearch(result, query, options), QXSimSearchStatus::Finished);
+        ExpectSame(result.GetHits(), expected);
+        ASSERT_EQ(result.NumSearched(), scores.size());
+        QXFPHistogram histogram = result.MakeHistogram();
+        if (result.HasHistogram()) {
+          for (const QXSimScore& hit : scores) histogram.AddSample(hit.GetScore());
+        }
+        const QXFPHistogram found = result.GetHistogram();
+        ASSERT_TRUE(std::ranges::equal(found.GetCounts(), histogram.GetCounts()));
+      }
+      if (testing::Test::HasFatalFailure()) return;
+    }
+  }
+}
+
+void CheckDataSet(const DataSet& data) {
+  const QXFastFPMemoryMapDatabaseImpl engine(data.File());
+  ASSERT_TRUE(engine.IsValid());
+  // Weights so small that rounding can make a score fall where it should rise are among them.
+  const std::pair<float, float> weights[] = {{0.95F, 0.05F}, {1, 0}, {0, 1},
+                                             {0, 0},         {1, 1}, {1e-12F, 3e-14F}};
+  for (std::size_t i = 0; i < data.Queries().size(); ++i) {
+    const QXFingerPrint& fp = data.Queries()[i];
+    const NaiveRecord query{0, fp.CountBits(), {fp.GetWords().begin(), fp.GetWords().end()}};
+    for (unsigned measure = 1; measure <= 6; ++measure) {
+      for (const auto& [alpha, beta] : weights) {
+        for (const bool descending : {true, false}) {
+          QXFPDatabaseOptions options(1000, measure);
+          options.SetTverskyCoeffs(alpha, beta);
+          options.SetDescendingOrder(descending);
+          SCOPED_TRACE(testing::Message()
+                       << "query " << i << " " << QXGetSimilarityMeasureName(measure)
+                       << (descending ? " descending " : " ascending ") << alpha << ' ' << beta);
+          CheckSearches(engine, fp, NaiveScores(data.Records(), query, options), options);
+          if (testing::Test::HasFatalFailure()) return;
+        }
+        if (measure != QXSimMeasure::Tversky) break;
+      }
+    }
+  }
+}
+
+TEST(Scan, AgreesWithTheNaiveSearch) {
+  const std::pair<unsigned, std::size_t> sizes[] = {{256, 999},  {256, 1801},  {1024, 0},   {1024, 1},
+                                                    {1024, 100}, {1024, 1000}, {2048, 101}, {2048, 1250}};
+  unsigned seed = 1;
+  for (const auto& [numBits, numRecords] : sizes) {
+    SCOPED_TRACE(testing::Message() << numBits << " bits, " << numRecords << " records");
+    CheckDataSet(DataSet(numBits, numRecords, false, seed++));
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST(Scan, AgreesWithTheNaiveSearchOnDamagedRecords) {
+  CheckDataSet(DataSet(256, 500, true, 1));
+  CheckDataSet(DataSet(2048, 1200, true, 2));
+}
+
+// A claim is cut into pieces of 800 records, so this file makes many claims for every thread.
+TEST(Scan, ProgressGrowsInWholeBlocksWhileSearchesShareADatabase) {
+  const std::size_t numRecords = 60000;
+  TempDir dir;
+  const QXFPTypeBase* const type = PathType(1024);
+  std::mt19937_64 random(5);
+  std::vector<QXFingerPrint> fps;
+  for (int i = 0; i < 50; ++i) fps.push_back(RandomFP(type, random, 0.1));
+  while (fps.size() < numRecords) fps.push_back(fps[random() % 50]);
+  WriteFile(dir.File("x.fpbin"), FpbinBytes(type, fps));
+  const QXFastFPMemoryMapDatabaseImpl engine(dir.File("x.fpbin"));
+  QXFPDatabaseOptions options(20, QXSimMeasure::Tanimoto);
+  options.SetNumProcessors(4);
+  const auto expected = Collect(engine.GetSortedScores(fps[0], options));
+
+  QXSimSearchResultImpl results[2] = {{0, 0.0, 1.0}, {50, 0.0, 1.0}};
+  std::vector<std::jthread> threads;
+  for (QXSimSearchResultImpl& result : results) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < 5; ++round) {
+        engine.SortedSearch(result, fps[0], options);
+        EXPECT_EQ(result.GetHits(), expected);
+      }
+    });
+  }
+  for (int i = 0; i < 2000; ++i) {
+    for (const QXSimSearchResultImpl& result : results) {
+      const std::uint64_t numSearched = result.NumSearched();
+      ASSERT_TRUE(numSearched % 100 == 0) << numSearched;
+      ASSERT_LE(result.GetHits().size(), 20U);
+    }
+  }
+  threads.clear();
+  EXPECT_EQ(results[1].NumSearched(), numRecords);
+  EXPECT_EQ(results[1].GetHistogram().NumSamples(), numRecords);
+}
+
+}  // namespace
+}  // namespace QXFingrix
