@@ -26,11 +26,15 @@ QX_API void QXGetFingerprintAtomTypes(std::vector<unsigned>& atomLabels, std::ve
 
 /// Computes a readable text for each atom and each bond under the masks, free of white space.
 ///
-/// An atom's text is that of AddSmilesAtomSymbol; chirality is not part of it, so atoms that differ in
-/// nothing else have different integers and the same text. A bond's text is its SMARTS symbol ("-", "=",
-/// "#", "$", ":"; "~" where the order is not selected), then ";@" for a ring bond and ";!@" for another,
-/// then "/" for a chiral one: two bonds have the same text exactly when they have the same integer label.
-/// Shape    as above. Threads safe on distinct molecules.
+/// An atom's text is that of AddSmilesAtomSymbol. Chirality is not part of it, so atoms that differ in
+/// nothing else share a text; numbers beyond the largest that has a factor and the classes of the Eq flags
+/// are written out, so some atoms that share an integer differ in their text.
+///
+/// A bond's text is its SMARTS symbol ("-", "=", "#", "$", ":"; "~" where the order is not selected), then
+/// ";@" for a ring bond and ";!@" for another, then "/" for a chiral one: two bonds have the same text
+/// exactly when they have the same integer label.
+/// Shape    as above.
+/// Threads  safe on distinct molecules.
 QX_API void QXGetFingerprintAtomTypes(std::vector<std::string>& atomLabels,
                                       std::vector<std::string>& bondLabels, QXChem::QXMolBase& mol,
                                       unsigned atype, unsigned btype);

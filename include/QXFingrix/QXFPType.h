@@ -9,9 +9,6 @@
 
 namespace QXFingrix {
 
-template <class FPType, class... Params>
-class QXFPTypeCache;
-
 /// Descriptor of a kind that has a version and no parameters.
 template <unsigned Code>
 class QXFPPlainType final : public QXFPTypeBase {
