@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Path fingerprints in plain Python, written from the published rules and not from the library's code.
 
-Usage: path_reference.py [--limit N] MOLECULES.smi TYPE [TYPE ...]
+Usage: path_reference.py [--limit N] [--table] MOLECULES.smi TYPE [TYPE ...]
 
 Prints one line for each line of the file: its name, then for every type string a tab and the indices of the bits
 that are set, in ascending order, joined by commas. A line that RDKit does not read has "-" in place of the bits.
@@ -154,21 +154,26 @@ class Graph:
             # sulfoxide, drawn with a double bond or with charges, and sulfonium
             return degree == 3 and hydrogens == 0 and (charge == 1 or self.valence[i] == 4)
         if self.z[i] == 15:
-            return connections in (3, 4)
+            return connections == 4 or (connections == 3 and self.valence[i] == 3)
         return False
 
     def could_be_stereo_bond(self, bond):
         if bond["order"] != 2 or bond["aromatic"]:
             return False
+        # a plane through both ends: not at P, S and their like, whose double bonds are drawn into a pyramid
+        if any(self.z[end] not in (6, 7, 14, 32, 50) for end in bond["ends"]):
+            return False
         return not (bond["ring"] and bond["min_ring"] < 8)
 
     def substituents_differ(self, end, other, classes):
+        """Two neighbours of different classes, or a neighbour and a hydrogen, or at nitrogen and the lone pair."""
         others = [n for n, _ in self.neighbors[end] if n != other]
-        hydrogens = sum(self.z[n] == 1 for n in others)
-        implicit = self.hydrogens[end] - hydrogens
+        implicit = self.hydrogens[end] - sum(self.z[n] == 1 for n in others)
         if len(others) == 2 and implicit == 0:
             return classes[others[0]] != classes[others[1]]
-        return len(others) == 1 and implicit == 1 and self.z[others[0]] != 1
+        if len(others) != 1 or self.z[others[0]] == 1:
+            return False
+        return implicit == 1 or (implicit == 0 and self.z[end] == 7)
 
     def is_donor(self, i):
         return self.z[i] in (7, 8, 16) and self.hydrogens[i] > 0
@@ -259,8 +264,10 @@ class Graph:
 
 
 def is_plain_hydrogen(atom):
-    """Hydrogens that belong to the count of their neighbour: no isotope, no charge, one bond, to a heavy atom."""
-    if atom.GetAtomicNum() != 1 or atom.GetIsotope() or atom.GetFormalCharge() or atom.GetDegree() != 1:
+    """Hydrogens that belong to the count of their neighbour: nothing special, one bond, to a heavy atom."""
+    if atom.GetAtomicNum() != 1 or atom.GetIsotope() or atom.GetFormalCharge() or atom.GetAtomMapNum():
+        return False
+    if atom.GetDegree() != 1:
         return False
     return atom.GetNeighbors()[0].GetAtomicNum() > 1
 
@@ -306,11 +313,15 @@ def read(smiles):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--limit", type=int, default=sys.maxsize, help="stop after this many lines")
+    parser.add_argument("--table", action="store_true",
+                        help="print a header line, and the SMILES after each name")
     parser.add_argument("molecules")
     parser.add_argument("types", nargs="+")
     options = parser.parse_args()
     types = [PathType(text) for text in options.types]
     RDLogger.DisableLog("rdApp.*")
+    if options.table:
+        print("name", "SMILES", *options.types, sep="\t")
     with open(options.molecules, encoding="utf-8") as lines:
         for number, line in enumerate(lines):
             if number == options.limit:
@@ -320,6 +331,8 @@ def main():
             columns = ["-"] * len(types)
             if mol is not None:
                 columns = [",".join(map(str, bits)) for bits in fingerprints(mol, types)]
+            if options.table:
+                columns.insert(0, smiles)
             print(name or str(number), *columns, sep="\t")
 
 

@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "QXFingrix/QXFPAtomLabels.h"
+#include "QXFingrix/QXFPType.h"
+#include "QXFingrix/QXFPTypeLookup.h"
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXPrepareForFingerprinting.h"
+#include "QXFingrix/QXPrimes.h"
+#include "QXSystem/QXErrorHandler.h"
+#include "generators/Graphs.h"
+#include "generators/Molecules.h"
+
+namespace QXFingrix {
+namespace {
+
+using test::MakeGraph;
+using test::ReadSmiles;
+
+struct Params {
+  unsigned numbits, minbonds, maxbonds, atype, btype;
+};
+
+bool MakeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const Params& p) {
+  return QXMakePathFP(fp, mol, p.numbits, p.minbonds, p.maxbonds, p.atype, p.btype);
+}
+
+const QXFPTypeBase* TypeOf(const Params& p) {
+  return QXGetPathFPType(8192, p.numbits, p.minbonds, p.maxbonds, p.atype, p.btype);
+}
+
+TEST(MakePathFP, ParametersOutOfRangeAreReportedAndReplaced) {
+  struct Case {
+    Params given, used;
+    std::vector<std::string> reports;
+  };
+  const std::string caller = "QXMakePathFP() : ";
+  const std::string size10 = "invalid bit vector size 10 for path fingerprint (default 4096 is used)!";
+  const std::string noMasks =
+      "invalid to have both atom and bond types set to be None (default types are used)!";
+  const Case cases[] = {
+      {{16, 0, 5, 191, 3}, {16, 0, 5, 191, 3}, {}},
+      {{65535, 20, 20, 191, 3}, {65535, 20, 20, 191, 3}, {}},
+      {{64, 2, 4, 0, 1}, {64, 2, 4, 0, 1}, {}},
+      {{64, 2, 4, 1, 0}, {64, 2, 4, 1, 0}, {}},
+      {{10, 0, 5, 191, 3}, {4096, 0, 5, 191, 3}, {size10}},
+      {{70000, 0, 5, 191, 3},
+       {4096, 0, 5, 191, 3},
+       {"invalid bit vector size 70000 for path fingerprint (default 4096 is used)!"}},
+      {{15, 0, 5, 191, 3},
+       {4096, 0, 5, 191, 3},
+       {"invalid bit vector size 15 for path fingerprint (default 4096 is used)!"}},
+      {{65536, 0, 5, 191, 3},
+       {4096, 0, 5, 191, 3},
+       {"invalid bit vector size 65536 for path fingerprint (default 4096 is used)!"}},
+      {{UINT_MAX, 0, 5, 191, 3},
+       {4096, 0, 5, 191, 3},
+       {"invalid bit vector size -1 for path fingerprint (default 4096 is used)!"}},
+      {{64, 21, 5, 191, 3},
+       {64, 0, 5, 191, 3},
+       {"invalid min bonds 21 for path fingerprint (default 0 is used)!"}},
+      {{64, 0, 21, 191, 3},
+       {64, 0, 5, 191, 3},
+       {"invalid max bonds 21 for path fingerprint (default 5 is used)!"}},
+      {{64, 7, 5, 191, 3},
+       {64, 5, 5, 191, 3},
+       {"invalid min bonds 7 > max bonds 5 for path fingerprint (minbonds = maxbonds is used)!"}},
+      {{64, 7, 21, 191, 3},
+       {64, 5, 5, 191, 3},
+       {"invalid max bonds 21 for path fingerprint (default 5 is used)!",
+        "invalid min bonds 7 > max bonds 5 for path fingerprint (minbonds = maxbonds is used)!"}},
+      {{64, 0, 5, 0, 0}, {64, 0, 5, 191, 3}, {noMasks}},
+      {{10, 21, 22, 0, 0},
+       {4096, 0, 5, 191, 3},
+       {size10, "invalid min bonds 21 for path fingerprint (default 0 is used)!",
+        "invalid max bonds 22 for path fingerprint (default 5 is used)!", noMasks}},
+  };
+  const QXChem::QXGraphMol mol = ReadSmiles("CC(=O)Nc1ccc(O)cc1");
+  for (const Case& c : cases) {
+    QXFingerPrint fp;
+    QXFingerPrint expected;
+    ASSERT_TRUE(MakeFP(expected, mol, c.used));
+    const QXSystem::QXErrorCollector collector;
+    ASSERT_TRUE(MakeFP(fp, mol, c.given));
+    std::vector<std::string> texts;
+    for (const auto& message : collector.Messages()) {
+      EXPECT_EQ(message.level, QXSystem::QXErrorLevel::Warning);
+      texts.push_back(message.text);
+    }
+    std::vector<std::string> reports;
+    for (const std::string& report : c.reports) reports.push_back(caller + report);
+    EXPECT_EQ(texts, reports);
+    EXPECT_EQ(fp.GetSize(), c.used.numbits);
+    EXPECT_EQ(fp.GetFPTypeBase(), TypeOf(c.used));
+    EXPECT_TRUE(fp == expected);
+  }
+}
+
+TEST(MakePathFP, DefaultsAreThoseOfTheDefaultType) {
+  const QXChem::QXGraphMol mol = ReadSmiles("c1ccccc1");
+  QXFingerPrint plain;
+  QXFingerPrint full;
+  QXFingerPrint typed;
+  ASSERT_TRUE(QXMakePathFP(plain, mol));
+  ASSERT_TRUE(MakeFP(full, mol, {4096, 0, 5, 191, 3}));
+  ASSERT_TRUE(QXMakePathFP(typed, mol, QXGetFPType(QXFPType::Path, false, 0)));
+  EXPECT_TRUE(plain == full);
+  EXPECT_TRUE(plain == typed);
+  const auto* type = dynamic_cast<const QXFPPathType*>(plain.GetFPTypeBase());
+  ASSERT_NE(type, nullptr);
+  EXPECT_EQ(type->GetVersion(), 8192);
+  EXPECT_EQ(type->GetID(), (4096ull << 44) + (191ull << 24) + (3ull << 16) + 5);
+}
+
+TEST(MakePathFP, InvalidMoleculeClearsTheTypeAndNothingElse) {
+  QXChem::QXGraphMol mol = ReadSmiles("CCO");
+  QXFingerPrint fp;
+  ASSERT_TRUE(QXMakePathFP(fp, mol));
+  const QXSystem::QXBitVector before = fp;
+  mol.Invalidate();
+  const QXSystem::QXErrorCollector collector;
+  EXPECT_FALSE(MakeFP(fp, mol, {10, 30, 40, 0, 0}));
+  EXPECT_EQ(fp.GetFPTypeBase(), nullptr);
+  EXPECT_TRUE(static_cast<const QXSystem::QXBitVector&>(fp) == before);
+  EXPECT_EQ(collector.Count(), 0u);
+}
+
+TEST(MakePathFP, TypeOfAnotherKindIsReportedAndNothingIsTouched) {
+  const QXChem::QXGraphMol mol = ReadSmiles("CCO");
+  QXFingerPrint fp;
+  ASSERT_TRUE(QXMakePathFP(fp, mol));
+  const QXFingerPrint before = fp;
+  for (const QXFPTypeBase* type : {QXGetTreeFPType(4096, 0, 4, 63, 1), QXGetMACCS166FPType(8224),
+                                   static_cast<const QXFPTypeBase*>(nullptr)}) {
+    const QXSystem::QXErrorCollector collector;
+    EXPECT_FALSE(QXMakePathFP(fp, mol, type));
+    ASSERT_EQ(collector.Count(), 1u);
+    EXPECT_EQ(collector.Messages()[0].level, QXSystem::QXErrorLevel::Warning);
+    EXPECT_EQ(collector.Messages()[0].text, "QXMakePathFP : invalid path fingerprint type!");
+    EXPECT_TRUE(fp == before);
+  }
+}
+
+TEST(MakePathFP, ReservedBitsOfATypeAreReportedAndLeftOut) {
+  const QXChem::QXGraphMol mol = ReadSmiles("CCO");
+  QXFingerPrint fp;
+  const QXSystem::QXErrorCollector collector;
+  // An atom mask of 17 bits spills into the reserved field.
+  ASSERT_TRUE(QXMakePathFP(fp, mol, QXGetPathFPType(8192, 512, 1, 4, 0x10001, 1)));
+  ASSERT_EQ(collector.Count(), 1u);
+  EXPECT_EQ(collector.Messages()[0].text, "Unrecognised data in QXFPPathType!");
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf({512, 1, 4, 1, 1}));
+}
+
+TEST(MakePathFP, EmptyMoleculeGivesNoBitsAndAType) {
+  QXFingerPrint fp;
+  ASSERT_TRUE(QXMakePathFP(fp, ReadSmiles("CCO")));
+  ASSERT_TRUE(MakeFP(fp, QXChem::QXGraphMol(), {100, 0, 5, 191, 3}));
+  EXPECT_EQ(fp.GetSize(), 100u);
+  EXPECT_EQ(fp.CountBits(), 0u);
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf({100, 0, 5, 191, 3}));
+  // Nothing but hydrogen and wildcards: atoms, and no place to start.
+  ASSERT_TRUE(QXMakePathFP(fp, MakeGraph({1, 1, 0}, {{0, 1}})));
+  EXPECT_EQ(fp.CountBits(), 0u);
+}
+
+TEST(MakePathFP, BitsFollowFromLabelsAndWeights) {
+  // Labels under AtmNum and Order: C 179, N 283, O 947, single bond 131, double bond 137.
+  const QXChem::QXGraphMol mol = ReadSmiles("NC=O");
+  std::set<unsigned> expected;
+  for (const unsigned atom : {179u, 283u, 947u}) expected.insert(atom * 947 % 997);
+  const unsigned twoAtoms[][3] = {{283, 131, 179}, {179, 131, 283}, {179, 137, 947}, {947, 137, 179}};
+  for (const auto& [a, bond, b] : twoAtoms) expected.insert((a * 947 + bond * 983 + b * 1019) % 997);
+  expected.insert((283 * 947 + 131 * 983 + 179 * 1019 + 137 * 1049 + 947 * 1087) % 997);
+  expected.insert((947 * 947 + 137 * 983 + 179 * 1019 + 131 * 1049 + 283 * 1087) % 997);
+  QXFingerPrint fp;
+  ASSERT_TRUE(MakeFP(fp, mol, {1000, 0, 5, 1, 1}));
+  std::set<unsigned> bits;
+  for (int bit = fp.FirstBit(); bit >= 0; bit = fp.NextBit(bit)) bits.insert(bit);
+  EXPECT_EQ(bits, expected);
+}
+
+TEST(MakePathFP, CallersMoleculeIsLeftAlone) {
+  QXChem::QXGraphMol mol = ReadSmiles("CC(=O)Nc1ccc(O)cc1");
+  const unsigned markBefore = mol.GetPreparedMark();
+  mol.SetTitle("paracetamol");
+  QXFingerPrint fp;
+  ASSERT_TRUE(QXMakePathFP(fp, mol));
+  EXPECT_EQ(mol.GetPreparedMark(), markBefore);
+  EXPECT_EQ(mol.GetTitle(), "paracetamol");
+  for (const QXChem::QXAtomBase& atom : mol.Atoms()) EXPECT_EQ(atom.GetSymmetryClass(), 0u);
+}
+
+// The identifiers of the public generator over a molecule that no symmetry has been looked for in.
+void ExpectBitsOfThePublicGenerator(QXChem::QXGraphMol mol, const Params& p) {
+  QXFingerPrint fp;
+  ASSERT_TRUE(MakeFP(fp, mol, p));
+  ASSERT_TRUE(QXPrepareForFingerprinting(mol, QXFPType::Path));
+  std::vector<unsigned> atomLabels;
+  std::vector<unsigned> bondLabels;
+  QXGetFingerprintAtomTypes(atomLabels, bondLabels, mol, p.atype, p.btype);
+  std::vector<unsigned> ids;
+  QXPathIdGeneratorStack(ids, mol, atomLabels, bondLabels, p.minbonds, p.maxbonds);
+  QXSystem::QXBitVector expected(p.numbits);
+  for (const unsigned id : ids) expected.SetBitOn(id % QXGetHashSize(p.numbits));
+  EXPECT_TRUE(static_cast<const QXSystem::QXBitVector&>(fp) == expected);
+}
+
+constexpr Params sweep[] = {
+    {4096, 0, 5, 191, 3}, {65535, 0, 7, 191, 7}, {16, 0, 3, 191, 3},   {1000, 2, 6, 4239, 1},
+    {509, 0, 0, 1, 0},    {2048, 1, 1, 0, 1},    {16384, 4, 4, 63, 3}, {65521, 6, 9, 7999, 7},
+};
+
+TEST(MakePathFP, FastWalkAgreesWithTheGeneratorOverRealMolecules) {
+  const auto lines = test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi");
+  ASSERT_GT(lines.size(), 1000u);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    SCOPED_TRACE(lines[i].name);
+    ExpectBitsOfThePublicGenerator(ReadSmiles(lines[i].smiles), sweep[i % std::size(sweep)]);
+    if (HasFailure()) break;
+  }
+}
+
+TEST(MakePathFP, ChainOfTenThousandAtomsIsNoMoreThanItsShortPaths) {
+  const QXChem::QXGraphMol chain = ReadSmiles(std::string(10000, 'C'));
+  const QXChem::QXGraphMol shorter = ReadSmiles(std::string(100, 'C'));
+  QXFingerPrint ofChain;
+  QXFingerPrint ofShorter;
+  ASSERT_TRUE(QXMakePathFP(ofChain, chain));
+  ASSERT_TRUE(QXMakePathFP(ofShorter, shorter));
+  EXPECT_TRUE(ofChain == ofShorter);
+}
+
+TEST(MakePathFP, CallFromAnErrorSinkDoesNotDisturbTheCallThatReported) {
+  const QXChem::QXGraphMol mol = ReadSmiles("CC(=O)Nc1ccc(O)cc1");
+  const QXChem::QXGraphMol other = ReadSmiles("FC(F)(F)C1CCNCC1");
+  QXFingerPrint expected;
+  ASSERT_TRUE(QXMakePathFP(expected, mol));
+  QXSystem::QXThrow.SetSink([&](QXSystem::QXErrorLevel, const std::string&) {
+    QXFingerPrint inner;
+    QXMakePathFP(inner, other);
+  });
+  QXFingerPrint fp;
+  MakeFP(fp, mol, {1, 30, 30, 0, 0});
+  QXSystem::QXThrow.SetSink({});
+  EXPECT_TRUE(fp == expected);
+}
+
+}  // namespace
+}  // namespace QXFingrix

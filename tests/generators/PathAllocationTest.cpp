@@ -1,0 +1,83 @@
+// Counts what the global allocator is asked for.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXPathFP.h"
+#include "generators/Graphs.h"
+#include "generators/Molecules.h"
+
+namespace {
+
+thread_local std::size_t numAllocations = 0;
+thread_local std::size_t numBytes = 0;
+
+}  // namespace
+
+// Not inlined, or the compiler takes malloc() and delete for a pair that does not match.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  ++numAllocations;
+  numBytes += size;
+  if (void* memory = std::malloc(size ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace QXFingrix {
+namespace {
+
+TEST(PathAllocation, NothingIsAllocatedAfterTheFirstPass) {
+  std::vector<QXChem::QXGraphMol> mols;
+  for (const test::SmilesLine& line : test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi", 200)) {
+    mols.push_back(test::ReadSmiles(line.smiles));
+  }
+  ASSERT_EQ(mols.size(), 200u);
+  QXFingerPrint fp;
+  std::size_t inPass[2];
+  for (int pass = 0; pass < 2; ++pass) {
+    const std::size_t before = numAllocations;
+    for (const QXChem::QXGraphMol& mol : mols) ASSERT_TRUE(QXMakePathFP(fp, mol));
+    inPass[pass] = numAllocations - before;
+  }
+  EXPECT_GT(inPass[0], 0u);
+  EXPECT_EQ(inPass[1], 0u);
+}
+
+std::size_t CountPaths(const QXChem::QXMolBase& mol, unsigned atom, unsigned maxbonds,
+                       std::vector<bool>& visited) {
+  std::size_t count = 1;
+  if (maxbonds == 0) return count;
+  visited[atom] = true;
+  for (const QXChem::QXNeighbor& step : mol.Neighbors(atom)) {
+    if (!visited[step.atom]) count += CountPaths(mol, step.atom, maxbonds - 1, visited);
+  }
+  visited[atom] = false;
+  return count;
+}
+
+TEST(PathAllocation, MillionsOfPathsNeedNoMoreMemoryThanOneBlockForEachLength) {
+  const QXChem::QXGraphMol cage = test::MakeCirculant(40, 5);
+  constexpr unsigned maxbonds = 13;
+  std::vector<bool> visited(cage.NumAtoms());
+  // from one atom; a fingerprint may walk from all of them
+  ASSERT_GT(CountPaths(cage, 0, maxbonds, visited), 250'000u);
+  QXFingerPrint fp;
+  const std::size_t before = numBytes;
+  ASSERT_TRUE(QXMakePathFP(fp, cage, 1024, 0, maxbonds, 1, 1));
+  EXPECT_LT(numBytes - before, 500'000u);
+  // All atoms and all bonds are alike: no more than one bit for each length.
+  EXPECT_GT(fp.CountBits(), 10u);
+  EXPECT_LE(fp.CountBits(), maxbonds + 1);
+}
+
+}  // namespace
+}  // namespace QXFingrix
