@@ -48,8 +48,11 @@ class QXHitList {
   void Sort() {
     const std::size_t numKept = std::min<std::size_t>(limit_, hits_.size());
     const auto keptEnd = hits_.begin() + static_cast<std::ptrdiff_t>(numKept);
-    std::partial_sort(hits_.begin(), keptEnd, hits_.end(), Order());
-    if (keptEnd == hits_.end()) return;
+    const bool isCut = keptEnd != hits_.end();
+    // Several times as fast as partial_sort once there are thousands of hits.
+    if (isCut) std::nth_element(hits_.begin(), keptEnd, hits_.end(), Order());
+    std::sort(hits_.begin(), keptEnd, Order());
+    if (!isCut) return;
     hits_.erase(keptEnd, hits_.end());
     SetBar(hits_.back());
   }

@@ -85,8 +85,9 @@ unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFin
     result.Init(records.numRecords, options);
     result.SetSearchStatus(QXSimSearchStatus::InProgress);
     ThreadedScan(records, {fp.GetWords(), CountBits(fp)}, options, result);
+    result.Finish();
   });
-  result.SetSearchStatus(isDone ? QXSimSearchStatus::Finished : QXSimSearchStatus::Uninitialized);
+  if (!isDone) result.SetSearchStatus(QXSimSearchStatus::Uninitialized);
   return result.GetSearchStatus();
 }
 

@@ -33,21 +33,21 @@ struct QueryBits {
   std::uint64_t numSet = 0;
 };
 
-/// Calls visit(record, shared bits) for the records from begin to end - 1, in order.
+inline constexpr std::uint64_t scanBlockSize =
+    128;  // so that bit counts are read while the block is in the first cache
+
+/// Calls visit(first record, size, shared bits of each) for blocks of the records from begin to end - 1, in order.
 template <class Visit>
-void ScanRecords(const RecordTable& records, const QueryBits& query, std::uint64_t begin, std::uint64_t end,
-                 Visit visit) {
-  constexpr std::uint64_t blockSize =
-      128;  // so that bit counts are read while the block is in the first cache
-  std::array<std::uint32_t, blockSize> shared;
+void ScanBlocks(const RecordTable& records, const QueryBits& query, std::uint64_t begin, std::uint64_t end,
+                Visit visit) {
+  std::array<std::uint32_t, scanBlockSize> shared;
   const auto countAnd = QXSystem::QXGetBitCountKernel().countAnd;
   const std::size_t stride = FileLayout::RecordWords(records.numWords);
-  for (std::uint64_t block = begin; block < end; block += blockSize) {
-    const std::uint64_t size = std::min(blockSize, end - block);
-    const std::uint64_t* record = records.Record(block);
-    countAnd(query.words.data(), records.numWords, record + FileLayout::dataSlot, stride, size,
-             shared.data());
-    for (std::uint64_t i = 0; i < size; ++i, record += stride) visit(record, shared[i]);
+  for (std::uint64_t block = begin; block < end; block += scanBlockSize) {
+    const auto size = static_cast<std::uint32_t>(std::min(scanBlockSize, end - block));
+    const std::uint64_t* const first = records.Record(block);
+    countAnd(query.words.data(), records.numWords, first + FileLayout::dataSlot, stride, size, shared.data());
+    visit(first, size, shared.data());
   }
 }
 
@@ -55,25 +55,43 @@ void ScanRecords(const RecordTable& records, const QueryBits& query, std::uint64
 template <class Take>
 void ScanAll(const RecordTable& records, const QueryBits& query, const Scorer& scorer, std::uint64_t begin,
              std::uint64_t end, Take take) {
-  ScanRecords(records, query, begin, end, [&](const std::uint64_t* record, std::uint32_t shared) {
-    take(static_cast<unsigned>(record[FileLayout::indexSlot]),
-         scorer(record[FileLayout::bitCountSlot], shared));
-  });
+  const std::size_t stride = FileLayout::RecordWords(records.numWords);
+  ScanBlocks(records, query, begin, end,
+             [&](const std::uint64_t* record, std::uint32_t size, const std::uint32_t* shared) {
+               for (std::uint32_t i = 0; i < size; ++i, record += stride) {
+                 take(static_cast<unsigned>(record[FileLayout::indexSlot]),
+                      scorer(record[FileLayout::bitCountSlot], shared[i]));
+               }
+             });
 }
 
 /// Calls offer(index, score) for every record that can reach the bar and for some that miss it. Where a score misses
-/// the bar, offer returns the bar, otherwise nothing.
+/// the bar, offer returns the bar, otherwise nothing. A block's candidates are listed first, without a branch, and
+/// then scored: almost all records end with the first step.
 template <class Offer>
 void ScanCandidates(const RecordTable& records, const QueryBits& query, const Scorer& scorer,
                     CandidateFilter& filter, std::uint64_t begin, std::uint64_t end, Offer offer) {
-  ScanRecords(records, query, begin, end, [&](const std::uint64_t* record, std::uint32_t shared) {
-    const std::uint64_t recordBits = record[FileLayout::bitCountSlot];
-    if (!filter.Passes(recordBits, shared)) return;
-    const double score = scorer(recordBits, shared);
-    const std::optional<double> missedBar =
-        offer(static_cast<unsigned>(record[FileLayout::indexSlot]), score);
-    if (missedBar) filter.Narrow(recordBits, *missedBar);
-  });
+  const std::size_t stride = FileLayout::RecordWords(records.numWords);
+  ScanBlocks(records, query, begin, end,
+             [&](const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
+               std::array<std::uint32_t, scanBlockSize> candidates;
+               std::uint32_t numCandidates = 0;
+               const std::uint64_t* bitCount = first + FileLayout::bitCountSlot;
+               for (std::uint32_t i = 0; i < size; ++i, bitCount += stride) {
+                 candidates[numCandidates] = i;
+                 numCandidates += filter.Passes(*bitCount, shared[i]) ? 1 : 0;
+               }
+               for (std::uint32_t k = 0; k < numCandidates; ++k) {
+                 const std::uint32_t i = candidates[k];
+                 const std::uint64_t* const record = first + i * stride;
+                 const std::uint64_t recordBits = record[FileLayout::bitCountSlot];
+                 if (!filter.Passes(recordBits, shared[i])) continue;  // narrowed since
+                 const double score = scorer(recordBits, shared[i]);
+                 const std::optional<double> missedBar =
+                     offer(static_cast<unsigned>(record[FileLayout::indexSlot]), score);
+                 if (missedBar) filter.Narrow(recordBits, *missedBar);
+               }
+             });
 }
 
 }  // namespace QXFingrix

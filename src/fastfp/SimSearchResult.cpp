@@ -35,7 +35,12 @@ void QXSimSearchResultImpl::Merge(const QXFPHistogram& histogram, const std::vec
   const std::lock_guard lock(mutex_);
   histogram_ += histogram;
   for (const QXSimScore& hit : hits) hits_->AddHit(hit);
+}
+
+void QXSimSearchResultImpl::Finish() {
+  const std::lock_guard lock(mutex_);
   hits_->Sort();
+  status_ = QXSimSearchStatus::Finished;
 }
 
 void QXSimSearchResultImpl::UpdateScores(unsigned idx, float score) {

@@ -24,6 +24,8 @@ class QXSimSearchResultImpl {
 
   unsigned GetSearchStatus() const { return status_; }
   void SetSearchStatus(unsigned status) { status_ = status; }
+  /// Puts the hits in order and sets the status.
+  void Finish();
 
   std::uint64_t NumTargets() const { return numTargets_; }
   std::uint64_t NumSearched() const { return numSearched_; }
@@ -35,12 +37,12 @@ class QXSimSearchResultImpl {
   QXFPHistogram MakeHistogram() const;
   QXFPHistogram GetHistogram() const;
 
-  /// Adds what one thread has found. Errors: std::bad_alloc.
+  /// Adds what one thread has found; the hits are in order once the search is finished. Errors: std::bad_alloc.
   void Merge(const QXFPHistogram& histogram, const std::vector<QXSimScore>& hits);
   /// Adds one score by itself, counted in single precision.
   void UpdateScores(unsigned idx, float score);
 
-  /// Best first; empty before the first search.
+  /// Best first after a finished search; empty before the first one.
   std::vector<QXSimScore> GetHits() const;
 
  private:

@@ -47,7 +47,6 @@ class ThreadedSearch {
         if (begin >= records_.numRecords || isOutOfMemory_) break;
         ScanClaim(scan, histogram, begin, begin + std::min(claimSize_, records_.numRecords - begin));
       }
-      hits->Sort();
       result_.Merge(histogram, hits->GetHits());
     } catch (const std::bad_alloc&) {
       isOutOfMemory_ = true;
