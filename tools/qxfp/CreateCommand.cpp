@@ -63,9 +63,12 @@ void Configure(QXSystem::QXInterface& itf) {
   QXFingrix::QXConfigureFingerPrintOptions(itf);
 }
 
+// Also of files that are not there yet.
 bool IsSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
-  return fs::equivalent(a, b, error);
+  if (fs::equivalent(a, b, error)) return true;
+  const fs::path canonicalA = fs::weakly_canonical(fs::absolute(a, error), error);
+  return !error && canonicalA == fs::weakly_canonical(fs::absolute(b, error), error);
 }
 
 // What can be told from the names alone.
@@ -74,9 +77,8 @@ bool CheckNames(const Request& request, std::string& reason) {
     reason = "'" + request.target + "': the name of the new file has to end in .fpbin";
   } else if (IsSameFile(request.molecules, request.target)) {
     reason = "'" + request.target + "' is the molecule file";
-  } else if (!request.rejects.empty() &&
-             (IsSameFile(request.rejects, request.molecules) || IsSameFile(request.rejects, request.target) ||
-              fs::path(request.rejects) == fs::path(request.target))) {
+  } else if (!request.rejects.empty() && (IsSameFile(request.rejects, request.molecules) ||
+                                          IsSameFile(request.rejects, request.target))) {
     reason = "'" + request.rejects + "' cannot be the file for rejects too";
   } else if (request.molecules.find('\n') != std::string::npos) {
     reason = "a molecule file whose name holds a line feed cannot be named in a .fpbin file";
