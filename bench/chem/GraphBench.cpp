@@ -1,4 +1,5 @@
-// Reading and perceiving molecules, each per molecule of a file; RDKit's default parse beside ours in the same run.
+// Reading and perceiving molecules, each per molecule of a file; RDKit's default parse beside ours in the
+// same run.
 
 #include <RDGeneral/RDConfig.h>
 

@@ -1,6 +1,7 @@
-// Potential stereo, read from the graph: an atom or double bond is marked when its surroundings could exist in two
-// spatial forms, whether or not a drawing chose one. A centre's substituents are different when they lie in different
-// classes of the refinement, so atoms that differ by nothing but other centres' configuration count as equal.
+// Potential stereo, read from the graph: an atom or double bond is marked when its surroundings could exist
+// in two spatial forms, whether or not a drawing chose one. A centre's substituents are different when they
+// lie in different classes of the refinement, so atoms that differ by nothing but other centres'
+// configuration count as equal.
 
 #include <algorithm>
 #include <array>
@@ -39,8 +40,8 @@ bool IsCandidate(const QXAtomBase& atom) {
   }
 }
 
-// Whether two different substituents beside the double bond are possible at this end: two neighbours, a neighbour and
-// a hydrogen, or at nitrogen a neighbour and the lone pair.
+// Whether two different substituents beside the double bond are possible at this end: two neighbours, a
+// neighbour and a hydrogen, or at nitrogen a neighbour and the lone pair.
 bool IsCandidateEnd(const QXAtomBase& end) {
   const unsigned element = end.GetAtomicNum();
   if (element != 7 && !IsTetrahedralElement(element)) return false;
@@ -52,7 +53,8 @@ bool IsCandidateEnd(const QXAtomBase& end) {
 // Whether the ends of a bond are joined by a path of fewer than smallestStereoRing - 1 other bonds.
 bool IsInSmallRing(const QXMolBase& mol, const QXBondBase& bond) {
   if (!bond.IsInRing()) return false;
-  // A breadth-first walk of at most six levels; atoms of a graph of degree four or less are few enough to search.
+  // A breadth-first walk of at most six levels; atoms of a graph of degree four or less are few enough to
+  // search.
   thread_local std::vector<unsigned> reached;
   reached.assign(1, bond.GetBgnIdx());
   std::size_t levelStart = 0;

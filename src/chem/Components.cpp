@@ -5,7 +5,8 @@
 namespace QXChem {
 namespace {
 
-// Flood fill over the bonds that follow() accepts, from every atom that starts() accepts; returns the number of parts.
+// Flood fill over the bonds that follow() accepts, from every atom that starts() accepts; returns the number
+// of parts.
 template <class Starts, class Follow>
 unsigned FloodFill(const QXMolBase& mol, std::vector<unsigned>& partOfAtom, Starts starts, Follow follow) {
   partOfAtom.assign(mol.NumAtoms(), 0);
@@ -35,8 +36,8 @@ unsigned QXDetermineComponents(const QXMolBase& mol, std::vector<unsigned>& part
       mol, partOfAtom, [](const QXAtomBase&) { return true; }, [](const QXBondBase&) { return true; });
 }
 
-// Aromatic bonds lie in aromatic rings, and two rings that share an atom only (an aromatic spiro centre does not
-// exist) would share a bond too, so systems are the parts joined by aromatic ring bonds.
+// Aromatic bonds lie in aromatic rings, and two rings that share an atom only (an aromatic spiro centre does
+// not exist) would share a bond too, so systems are the parts joined by aromatic ring bonds.
 unsigned QXDetermineAromaticRingSystems(const QXMolBase& mol, std::vector<unsigned>& systemOfAtom) {
   const auto isSystemBond = [](const QXBondBase& bond) { return bond.IsAromatic() && bond.IsInRing(); };
   const auto hasSystemBond = [&](const QXAtomBase& atom) {

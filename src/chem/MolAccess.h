@@ -7,8 +7,8 @@
 
 namespace QXChem {
 
-/// What readers and perception may do to a molecule beyond its public face: fill it in bulk, and store perceived
-/// properties without that counting as an edit.
+/// What readers and perception may do to a molecule beyond its public face: fill it in bulk, and store
+/// perceived properties without that counting as an edit.
 struct MolAccess {
   static constexpr unsigned Bit(QXPerceived property) { return static_cast<unsigned>(property); }
   static void MarkPerceived(QXMolBase& mol, QXPerceived property) { mol.perceived_ |= Bit(property); }
@@ -38,8 +38,8 @@ struct MolAccess {
   /// Builds neighbour lists and neighbour counts from the bonds.
   static void Finish(QXMolBase& mol);
 
-  /// Removes every atom whose flag is set, with its bonds. Perceived properties of what remains are kept, apart from
-  /// symmetry and chirality.
+  /// Removes every atom whose flag is set, with its bonds. Perceived properties of what remains are kept,
+  /// apart from symmetry and chirality.
   static void RemoveAtoms(QXMolBase& mol, const std::vector<char>& remove);
   static void AddImplicitH(QXAtomBase& atom) { atom.implicitH_ += atom.implicitH_ < 255; }
 };

@@ -1,6 +1,6 @@
-// The molecule graph. Atoms, bonds and neighbour lists lie in four flat arrays; the neighbour lists are complete after
-// every call, so that reading never writes and needs no lock. Every atom and bond points to its molecule, which a copy
-// or a move mends in one pass.
+// The molecule graph. Atoms, bonds and neighbour lists lie in four flat arrays; the neighbour lists are
+// complete after every call, so that reading never writes and needs no lock. Every atom and bond points to
+// its molecule, which a copy or a move mends in one pass.
 
 #include "QXChem/QXMolBase.h"
 

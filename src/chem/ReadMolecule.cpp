@@ -2,6 +2,7 @@
 
 #include "QXChem/QXPerception.h"
 #include "QXSystem/QXErrorHandler.h"
+#include "chem/BlockGuard.h"
 #include "chem/SmilesGuard.h"
 #include "chem/rdkit/Bridge.h"
 

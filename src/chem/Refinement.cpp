@@ -1,9 +1,9 @@
-// Colour refinement with 64-bit hashes. In every round an atom's colour becomes a hash of its own colour and of the
-// multiset of its neighbours' colours and bonds, for which a sum stands: colours and bond colours are hashes, so sums
-// of different multisets differ as random numbers do. A round can only split
-// classes, so the partition is stable as soon as their number stops growing. Colours do not depend on the order of
-// the atoms. Two different colours collide with a probability of about 2^-64, and a collision only merges classes;
-// whoever needs certainty checks the keys (see Symmetry.cpp).
+// Colour refinement with 64-bit hashes. In every round an atom's colour becomes a hash of its own colour and
+// of the multiset of its neighbours' colours and bonds, for which a sum stands: colours and bond colours are
+// hashes, so the sums of different multisets differ as random numbers do. A round can only split classes, so
+// the partition is stable as soon as their number stops growing. Colours do not depend on the order of the
+// atoms. A collision has a probability of about 2^-64 and only merges classes; whoever needs certainty checks
+// the keys (see Symmetry.cpp).
 
 #include "chem/Refinement.h"
 
@@ -90,7 +90,8 @@ void Refinement::Mix(const QXMolBase& mol) {
   colors_.swap(nextColors_);
 }
 
-// Numbers the colours and returns how many there are. A slot counts as empty unless it was filled in this round.
+// Numbers the colours and returns how many there are. A slot counts as empty unless it was filled in this
+// round.
 unsigned Refinement::Classify() {
   if (++round_ == 0) {  // after 2^32 rounds old slots would look new
     table_.assign(table_.size(), Slot{0, 0, 0});

@@ -14,12 +14,13 @@ std::uint64_t AtomKey(const QXAtomBase& atom, bool withChirality);
 /// Everything of a bond, as seen from one of its ends; the Kekulé order of an aromatic bond is left out.
 std::uint32_t BondKey(const QXBondBase& bond, unsigned fromAtom, bool withChirality);
 
-/// The coarsest stable partition of the atoms that tells apart atoms with different keys: atoms of one class have
-/// neighbours of the same classes over the same bonds.
+/// The coarsest stable partition of the atoms that tells apart atoms with different keys: atoms of one class
+/// have neighbours of the same classes over the same bonds.
 class Refinement {
  public:
   /// Computes the partition. Rings must have been perceived.
-  /// Cost     O((atoms + bonds) x rounds), seldom more than ten rounds; no allocation once the buffers have grown.
+  /// Cost     O((atoms + bonds) x rounds), seldom more than ten rounds; no allocation once the buffers have
+  ///          grown.
   void Run(const QXMolBase& mol, bool withChirality);
 
   unsigned NumClasses() const { return numClasses_; }

@@ -1,6 +1,6 @@
-// Ring bonds are the bonds that are no bridge. One depth-first walk with an explicit stack: low[v] is the earliest
-// visited atom that v's subtree reaches by one bond outside the tree; the tree bond to v is a bridge when that does
-// not come before v itself. Tarjan 1974, doi:10.1016/0020-0190(74)90003-9.
+// Ring bonds are the bonds that are no bridge. One depth-first walk with an explicit stack: low[v] is the
+// earliest visited atom that v's subtree reaches by one bond outside the tree; the tree bond to v is a bridge
+// when that does not come before v itself. Tarjan 1974, doi:10.1016/0020-0190(74)90003-9.
 
 #include <algorithm>
 #include <limits>

@@ -1,14 +1,14 @@
 // Symmetry classes. A refinement finds atoms that look alike from everywhere, but looking alike is not being
-// equivalent: in cyclopropane beside cyclohexane, and in some cages, refinement cannot tell apart atoms that no
-// automorphism exchanges. A class is therefore only called proven when automorphisms that join its atoms have been
-// written down and checked.
+// equivalent: in cyclopropane beside cyclohexane, and in some cages, refinement cannot tell apart atoms that
+// no automorphism exchanges. A class is therefore only called proven when automorphisms that join its atoms
+// have been written down and checked.
 //
-// The automorphisms searched are local exchanges. To exchange atoms a and b, each neighbour of a is exchanged with a
-// neighbour of b over the same kind of bond, a neighbour common to both stays, and so on outward until nothing else
-// has to move; then every bond of every moved atom is checked. Two ends of a molecule, the halves of a ring, methyl
-// groups and equal components all exchange in this way. The choice among several partners is greedy: a wrong guess
-// loses a merge and with it some speed later, never correctness. Atoms joined by a chain of automorphisms are
-// equivalent, so all exchanges go into one union-find.
+// The automorphisms searched are local exchanges. To exchange atoms a and b, each neighbour of a is exchanged
+// with a neighbour of b over the same kind of bond, a neighbour common to both stays, and so on outward until
+// nothing else has to move; then every bond of every moved atom is checked. Two ends of a molecule, the
+// halves of a ring, methyl groups and equal components all exchange in this way. The choice among several
+// partners is greedy: a wrong guess loses a merge and with it some speed later, never correctness. Atoms
+// joined by a chain of automorphisms are equivalent, so all exchanges go into one union-find.
 
 #include <algorithm>
 #include <numeric>
@@ -22,7 +22,7 @@ namespace {
 
 class SymmetryProver {
  public:
-  // Leaves the representative of each atom's proven class in Roots().
+  // Leaves the representative of each atom's proven class in Root().
   void Run(const QXMolBase& mol, std::span<const unsigned> classOfAtom, unsigned numClasses,
            bool withChirality) {
     mol_ = &mol;
@@ -43,7 +43,8 @@ class SymmetryProver {
   }
 
  private:
-  // Joins the atom to one of the proven classes within its refinement class, or makes it the first of a new one.
+  // Joins the atom to one of the proven classes within its refinement class, or makes it the first of a new
+  // one.
   void Place(unsigned atom) {
     unsigned& head = lastProven_[classOfAtom_[atom]];
     for (unsigned other = head; other != unset_ && budget_ > 0; other = nextProven_[other]) {
@@ -54,7 +55,8 @@ class SymmetryProver {
     head = atom;
   }
 
-  // keepCommon: whether a neighbour of both stays where it is, which is right nearly always but not in prismane.
+  // keepCommon: whether a neighbour of both stays where it is, which is right nearly always but not in
+  // prismane.
   bool Exchange(unsigned a, unsigned b, bool keepCommon) {
     moved_.clear();
     fixed_.clear();
@@ -100,7 +102,8 @@ class SymmetryProver {
     }
   }
 
-  // A free neighbour of b that looks from there as the neighbour looks from a; common neighbours go with each other.
+  // A free neighbour of b that looks from there as the neighbour looks from a; common neighbours go with each
+  // other.
   unsigned FindPartner(const QXNeighbor& neighbor, unsigned a, unsigned b) {
     const std::uint32_t key = Key(neighbor, a);
     for (const QXNeighbor& other : mol_->Neighbors(b)) {
@@ -114,8 +117,8 @@ class SymmetryProver {
     return unset_;
   }
 
-  // Whether exchanging the moved pairs preserves every atom and bond. Bonds between atoms that stay are untouched, so
-  // the moved atoms' bonds are all there is to check.
+  // Whether exchanging the moved pairs preserves every atom and bond. Bonds between atoms that stay are
+  // untouched, so the moved atoms' bonds are all there is to check.
   bool IsAutomorphism() {
     return std::ranges::all_of(moved_, [&](unsigned atom) {
       const unsigned image = image_[atom];

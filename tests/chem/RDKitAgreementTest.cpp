@@ -55,8 +55,9 @@ int ToCode(RDKit::Atom::HybridizationType type) {
   }
 }
 
-// Lines whose default parse depends on more than the structure: bonds of any order, whose effect depends on the
-// numbers of the atoms, and drawn stereo of another shape than a tetrahedron, which decides the hybridisation.
+// Lines whose default parse depends on more than the structure: bonds of any order, whose effect depends on
+// the numbers of the atoms, and drawn stereo of another shape than a tetrahedron, which decides the
+// hybridisation.
 bool IsAmbiguous(const std::string& smiles) {
   for (const char* mark : {"~", "@SP", "@TB", "@OH", "@TH", "@AL"}) {
     if (smiles.find(mark) != std::string::npos) return true;

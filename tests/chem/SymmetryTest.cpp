@@ -12,7 +12,8 @@
 namespace QXChem {
 namespace {
 
-// Molecules whose atoms a refinement cannot tell apart although not all of them are equivalent, and regular ones.
+// Molecules whose atoms a refinement cannot tell apart although not all of them are equivalent, and regular
+// ones.
 const std::vector<std::string> regular = {
     "C1CC1.C1CCCCC1",                              // all CH2 look alike
     "C1CCC1.C1CCCCCCC1",                           //

@@ -6,16 +6,18 @@
 
 namespace QXChem {
 
-// The only door to RDKit. No RDKit type and no exception leaves it, and it never touches the process-wide loggers.
+// The only door to RDKit. No RDKit type and no exception leaves it, and it never touches the process-wide
+// loggers.
 
 enum class TextFormat { Smiles, MolBlock, Mol2 };
 
-/// Reads a molecule with RDKit's default chemistry (its sanitising steps), explicit hydrogens kept, stereo left out.
-/// Returns false with the reason and leaves mol in any state on failure; the reason of a SMILES syntax error is empty.
+/// Reads a molecule with RDKit's default chemistry (its sanitising steps), explicit hydrogens kept, stereo
+/// left out. Returns false with the reason and leaves mol in any state on failure; the reason of a SMILES
+/// syntax error is empty.
 bool ReadWithRDKit(QXMolBase& mol, TextFormat format, const std::string& text, std::string& reason);
 
-/// Assigns aromaticity, hybridisation or both to the graph as it stands; nothing but single and double bonds and
-/// hybridisation 0 when RDKit refuses the structure.
+/// Assigns aromaticity, hybridisation or both to the graph as it stands; nothing but single and double bonds
+/// and hybridisation 0 when RDKit refuses the structure.
 void PerceiveWithRDKit(QXMolBase& mol, bool aromaticity, bool hybridization);
 
 /// Canonical SMILES without stereo; empty when the molecule cannot be written.

@@ -1,9 +1,10 @@
-// RDKit's default sanitising, step by step. Doing it ourselves gives the Kekulé order of every bond beside its
-// aromatic flag, and leaves out what the graph has no use for: stereo (RDKit's assignment sets environment variables
-// and grows with the cube of a chain's length) and the removal of hydrogens (done on the graph, where it costs less).
+// RDKit's default sanitising, step by step. Doing it ourselves gives the Kekulé order of every bond beside
+// its aromatic flag, and leaves out what the graph has no use for: stereo (RDKit's assignment sets
+// environment variables and grows with the cube of a chain's length) and the removal of hydrogens (done on
+// the graph, where it costs less).
 //
-// RDKit searches rings recursively and in time that grows with rings x atoms^2, so ring systems that would overflow
-// the stack or take minutes are refused beforehand.
+// RDKit searches rings recursively and in time that grows with rings x atoms^2, so ring systems that would
+// overflow the stack or take minutes are refused beforehand.
 
 #include "chem/rdkit/Sanitize.h"
 
@@ -118,8 +119,8 @@ void FillAtoms(QXMolBase& mol, const RDKit::ROMol& source) {
   }
 }
 
-// RDKit takes the hybridisation of a drawn stereo centre from the drawing (a metal written with @ is sp3). Without
-// the drawing it comes from the structure, the same for both spellings.
+// RDKit takes the hybridisation of a drawn stereo centre from the drawing (a metal written with @ is sp3).
+// Without the drawing it comes from the structure, the same for both spellings.
 void ForgetDrawnStereo(RDKit::RWMol& source) {
   for (RDKit::Atom* atom : source.atoms()) atom->setChiralTag(RDKit::Atom::CHI_UNSPECIFIED);
 }

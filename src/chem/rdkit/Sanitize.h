@@ -9,9 +9,9 @@
 
 namespace QXChem {
 
-/// Fills the graph from an RDKit molecule as parsed, running RDKit's sanitising steps on the way: the Kekulé orders
-/// are taken before aromaticity overwrites them. Throws what RDKit throws, and std::runtime_error for a ring system
-/// over the limits.
+/// Fills the graph from an RDKit molecule as parsed, running RDKit's sanitising steps on the way: the Kekulé
+/// orders are taken before aromaticity overwrites them. Throws what RDKit throws, and std::runtime_error for
+/// a ring system over the limits.
 void SanitizeInto(QXMolBase& mol, RDKit::RWMol& source);
 
 /// The sanitising steps from ring perception on, for a molecule that carries Kekulé orders and no flags.
