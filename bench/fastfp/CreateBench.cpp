@@ -1,4 +1,5 @@
-// Making a file from molecules: molecules per second on one and two threads. Reading the molecules is most of it.
+// Making a file from molecules: molecules per second on one and two threads. Reading the molecules
+// is most of it.
 
 #include <benchmark/benchmark.h>
 

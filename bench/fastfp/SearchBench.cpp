@@ -1,6 +1,7 @@
-// The top-10 search over a mapped file beside a plain streaming read of the same records, which is the limit of a
-// scan; in the caches and far beyond them, on one and two threads. Then the price of a histogram and of keeping every
-// score. Names: Function/words/records/threads. "of_read" is the speed against the read with as many threads.
+// The top-10 search over a mapped file beside a plain streaming read of the same records, which is the limit
+// of a scan; in the caches and far beyond them, on one and two threads. Then the price of a histogram and of
+// keeping every score. Names: Function/words/records/threads. "of_read" is the speed against the read with as
+// many threads.
 
 #include <benchmark/benchmark.h>
 

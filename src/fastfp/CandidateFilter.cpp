@@ -8,9 +8,9 @@ namespace {
 
 constexpr std::uint32_t everything = ~std::uint32_t{0};
 
-// Tversky scores come out of several roundings and may fall where they should rise, by a few units in the last
-// place. A bar lowered by more than that keeps the search for the interval's end sound: all shared counts beyond
-// one that truly reaches the bar reach the lowered one.
+// Tversky scores come out of several roundings and may fall where they should rise, by a few units in the
+// last place. A bar lowered by more than that keeps the search for the interval's end sound: all shared
+// counts beyond one that truly reaches the bar reach the lowered one.
 constexpr double slack = 1e-14;
 
 }  // namespace
@@ -41,7 +41,8 @@ void CandidateFilter::Narrow(std::uint64_t recordBits, double bar) {
       border = middle + 1;
     }
   }
-  // Counts above `most` contradict the record's own bit count. They always pass: such a record is scored as it is.
+  // Counts above `most` contradict the record's own bit count. They always pass: such a record is scored as
+  // it is.
   if (wantsMany) {
     intervals_[recordBits] = {border, everything - border};
   } else {

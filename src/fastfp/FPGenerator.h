@@ -15,9 +15,9 @@
 
 namespace QXFingrix {
 
-/// What the threads that fill a .fpbin file have in common: the molecules, the mapped file and the index of the
-/// next molecule nobody has claimed. Molecules are read and fingerprinted without a lock; the lock is held while a
-/// finished record is copied and progress is shown.
+/// What the threads that fill a .fpbin file have in common: the molecules, the mapped file and the index of
+/// the next molecule nobody has claimed. Molecules are read and fingerprinted without a lock; the lock is
+/// held while a finished record is copied and progress is shown.
 class QXFPGenerator {
  public:
   QXFPGenerator(const QXChem::QXMolDatabase& molecules, const QXCreateFastFPDatabaseOptions& options,

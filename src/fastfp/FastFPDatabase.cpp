@@ -77,8 +77,8 @@ SimScoreIter RunQuery(const Impl* impl, ScoreOperation operation, const Query& q
   return fp == nullptr ? SimScoreIter() : (impl->*operation)(*fp, options);
 }
 
-// Says which memory types are not to be had; what is built then is memory-mapped, the only back end there is yet.
-// An unknown type is tried on a GPU first, like CUDA.
+// Says which memory types are not to be had; what is built then is memory-mapped, the only back end there is
+// yet. An unknown type is tried on a GPU first, like CUDA.
 void ReportFallback(unsigned memoryType) {
   constexpr const char* caller = fastFPDatabaseConstructor;
   if (memoryType == QXFastFPDatabaseMemoryType::MemoryMapped) return;

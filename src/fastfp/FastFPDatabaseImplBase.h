@@ -17,8 +17,8 @@ namespace QXFingrix {
 
 using SimScoreIter = QXSystem::QXIter<QXSimScore>;
 
-/// A back end of QXFastFPDatabase. The front has checked what it passes on: the object is valid, the query is of the
-/// file's type and size, the measure is known, an index is in range.
+/// A back end of QXFastFPDatabase. The front has checked what it passes on: the object is valid, the query is
+/// of the file's type and size, the measure is known, an index is in range.
 class QXFastFPDatabaseImplBase {
  public:
   /// Reads the header; reports and leaves the object invalid when it is not sound.

@@ -93,7 +93,8 @@ const char* QXFastFPDatabaseParams::ReadLines(std::istream& in) {
 }
 
 void QXFastFPDatabaseParams::ReadWords(const std::string& fpbinFile) {
-  // A file that ends inside the header has no words to agree with its text, and a mapping of it cannot be read.
+  // A file that ends inside the header has no words to agree with its text, and a mapping of it cannot be
+  // read.
   const bool hasWords = fileSize_ >= FileLayout::headerBytes;
   MMapInputFile head;
   if (hasWords && !head.Open(fpbinFile, FileLayout::headerBytes)) return;  // reported there

@@ -9,8 +9,8 @@ using QXSystem::QXThrow;
 
 namespace {
 
-// Why the records of a file cannot be used in place, or null. The words come from the file: the test divides where a
-// product could overflow.
+// Why the records of a file cannot be used in place, or null. The words come from the file: the test divides
+// where a product could overflow.
 const char* FindLayoutProblem(const QXFastFPDatabaseParams& params) {
   const std::uint64_t numWords = params.GetNumWords();
   if (numWords != QXGetFingerPrintSize(params.GetFPTypeBase()) / 64) {

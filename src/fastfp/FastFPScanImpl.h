@@ -5,7 +5,8 @@
 
 namespace QXFingrix {
 
-/// What the back ends share whose records lie in memory as they do in the file: every query is a scan over them.
+/// What the back ends share whose records lie in memory as they do in the file: every query is a scan over
+/// them.
 class FastFPScanImpl : public QXFastFPDatabaseImplBase {
  public:
   using QXFastFPDatabaseImplBase::GetFingerPrint;

@@ -28,8 +28,8 @@ char* Map(int file, std::size_t length, int protection) {
 }
 
 // Gives the file its size and its disk space; null, or the report that says what failed. Without the space a
-// write into the mapping would end the process when the disk is full. A file system that cannot reserve space is
-// taken as it is.
+// write into the mapping would end the process when the disk is full. A file system that cannot reserve space
+// is taken as it is.
 const char* Stretch(int file, std::size_t length) {
   constexpr const char* seekFailure = "Error calling lseek() to 'stretch' the file";
   constexpr const char* writeFailure = "Error writing last byte of the file";

@@ -1,6 +1,6 @@
-// The bit-count routines of the fast fingerprint file: one portable, one on the POPCNT instruction. Both take four
-// words a step, so fingerprints come in multiples of 256 bits. Scans over many records use the block kernels of
-// QXSystem/QXBitCountKernel.h instead; these routines count one fingerprint at a time.
+// The bit-count routines of the fast fingerprint file: one portable, one on the POPCNT instruction. Both take
+// four words a step, so fingerprints come in multiples of 256 bits. Scans over many records use the block
+// kernels of QXSystem/QXBitCountKernel.h instead; these routines count one fingerprint at a time.
 
 #include "QXFingrix/QXPopCount.h"
 

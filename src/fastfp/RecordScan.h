@@ -12,8 +12,8 @@
 #include "fastfp/FileLayout.h"
 #include "fastfp/Scorer.h"
 
-// The scan over records: blocks of shared bit counts from the kernel, then one pass over the counts. What a caller
-// does with a score is a function object, inlined into that pass.
+// The scan over records: blocks of shared bit counts from the kernel, then one pass over the counts. What a
+// caller does with a score is a function object, inlined into that pass.
 
 namespace QXFingrix {
 
@@ -36,7 +36,8 @@ struct QueryBits {
 inline constexpr std::uint64_t scanBlockSize =
     128;  // so that bit counts are read while the block is in the first cache
 
-/// Calls visit(first record, size, shared bits of each) for blocks of the records from begin to end - 1, in order.
+/// Calls visit(first record, size, shared bits of each) for blocks of the records from begin to end - 1, in
+/// order.
 template <class Visit>
 void ScanBlocks(const RecordTable& records, const QueryBits& query, std::uint64_t begin, std::uint64_t end,
                 Visit visit) {
@@ -65,9 +66,9 @@ void ScanAll(const RecordTable& records, const QueryBits& query, const Scorer& s
              });
 }
 
-/// Calls offer(index, score) for every record that can reach the bar and for some that miss it. Where a score misses
-/// the bar, offer returns the bar, otherwise nothing. A block's candidates are listed first, without a branch, and
-/// then scored: almost all records end with the first step.
+/// Calls offer(index, score) for every record that can reach the bar and for some that miss it. Where a score
+/// misses the bar, offer returns the bar, otherwise nothing. A block's candidates are listed first, without a
+/// branch, and then scored: almost all records end with the first step.
 template <class Offer>
 void ScanCandidates(const RecordTable& records, const QueryBits& query, const Scorer& scorer,
                     CandidateFilter& filter, std::uint64_t begin, std::uint64_t end, Offer offer) {

@@ -8,8 +8,9 @@
 
 namespace QXFingrix {
 
-/// The score of one query against records, from bit counts. This is the only place that knows the formulas of the
-/// fast search; every scan, kernel and back end takes its scores from here, so all of them agree to the last bit.
+/// The score of one query against records, from bit counts. This is the only place that knows the formulas of
+/// the fast search; every scan, kernel and back end takes its scores from here, so all of them agree to the
+/// last bit.
 class Scorer {
  public:
   Scorer(const QXFPDatabaseOptions& options, std::uint64_t numBits, std::uint64_t queryBits)

@@ -37,7 +37,8 @@ class QXSimSearchResultImpl {
   QXFPHistogram MakeHistogram() const;
   QXFPHistogram GetHistogram() const;
 
-  /// Adds what one thread has found; the hits are in order once the search is finished. Errors: std::bad_alloc.
+  /// Adds what one thread has found; the hits are in order once the search is finished.
+  /// Errors   std::bad_alloc.
   void Merge(const QXFPHistogram& histogram, const std::vector<QXSimScore>& hits);
   /// Adds one score by itself, counted in single precision.
   void UpdateScores(unsigned idx, float score);

@@ -1,6 +1,6 @@
-// Threads claim ranges of records from a shared counter, so that a slow one does not hold up the others, and keep
-// their hits to themselves until the end. Each list holds the best of what its thread has seen in one total order of
-// hits; the best of those lists are the best of all, whoever scanned what.
+// Threads claim ranges of records from a shared counter, so that a slow one does not hold up the others, and
+// keep their hits to themselves until the end. Each list holds the best of what its thread has seen in one
+// total order of hits; the best of those lists are the best of all, whoever scanned what.
 
 #include "fastfp/SortedScan.h"
 

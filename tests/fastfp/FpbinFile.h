@@ -16,8 +16,8 @@
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXSystem/QXErrorHandler.h"
 
-// What the tests of fast fingerprint files share: a folder that goes away, fingerprints with random bits, and files
-// made of them.
+// What the tests of fast fingerprint files share: a folder that goes away, fingerprints with random bits, and
+// files made of them.
 
 namespace QXFingrix::Testing {
 

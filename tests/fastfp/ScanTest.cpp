@@ -1,5 +1,5 @@
-// The scan against the naive search: every measure, both orders, cutoffs and limits around the edges, ties, empty
-// records, records whose counts are wrong, any number of threads.
+// The scan against the naive search: every measure, both orders, cutoffs and limits around the edges, ties,
+// empty records, records whose counts are wrong, any number of threads.
 
 #include <gtest/gtest.h>
 
