@@ -15,7 +15,6 @@ class QXFPAtomBondSet : public QXChem::QXAtomBondSet {
   explicit QXFPAtomBondSet(Id id) : id_(std::move(id)) {}
 
   const Id& GetId() const { return id_; }
-  void SetId(Id id) { id_ = std::move(id); }
 
  private:
   Id id_{};

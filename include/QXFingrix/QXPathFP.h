@@ -45,7 +45,9 @@ QX_API bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const 
 /// in
 ///          walk order.
 /// Returns  the size of ids, which keeps what it held before.
-/// Errors   0 and a Warning when a label array is shorter than the molecule; ids untouched.
+/// Errors   0 and a Warning when a label array is shorter than the molecule, ids untouched; a Warning when paths of
+///          more than 24 bonds are asked for by 32-bit identifiers, which have no weights for them: they are left
+///          out. The label arrays have their old length after an exception (memory) too.
 /// Cost     the whole sum for every walk; the stack form updates it.
 QX_API unsigned QXPathIdGenerator(std::set<unsigned>& ids, const QXChem::QXMolBase& mol,
                                   std::vector<unsigned>& atomLabels, std::vector<unsigned>& bondLabels,

@@ -104,6 +104,12 @@ class WorkspaceLease {
 
 thread_local std::unique_ptr<Workspace> WorkspaceLease::kept;
 
+// Classes that came along with the caller's molecule may rest on less than a proof.
+void ForgetSymmetry(QXChem::QXMolBase& mol) {
+  if (!mol.IsPerceived(QXChem::QXPerceived::Symmetry)) return;
+  for (unsigned i = 0; i < mol.NumAtoms(); ++i) mol.GetAtom(i)->SetSymmetryClass(0);
+}
+
 // Sets the bits of `words`; they are clear.
 void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const PathParams& params) {
   WorkspaceLease lease;
@@ -113,6 +119,8 @@ void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, c
   if (copy.NumAtoms() > 0) {
     if (params.maxbonds > shortWalk && mol.NumAtoms() > smallMolecule) {
       QXChem::QXPerceiveSymmetry(copy, true, false);
+    } else {
+      ForgetSymmetry(copy);
     }
     QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
     walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minbonds,

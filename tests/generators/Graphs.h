@@ -21,14 +21,17 @@ inline QXChem::QXGraphMol MakeGraph(const std::vector<unsigned>& elements,
   return mol;
 }
 
-/// A ring of carbons in which every atom is bonded to the ones next to it and to those `chord` places further: all
-/// atoms are alike, and there are many ways around.
-inline QXChem::QXGraphMol MakeCirculant(unsigned numAtoms, unsigned chord) {
+/// A ring in which every atom is bonded to the ones next to it and to those `chord` places further; the elements
+/// repeat along the ring. There are many ways around, and with one element all atoms are alike.
+inline QXChem::QXGraphMol MakeCirculant(unsigned numAtoms, unsigned chord,
+                                        const std::vector<unsigned>& pattern) {
+  std::vector<unsigned> elements;
+  for (unsigned i = 0; i < numAtoms; ++i) elements.push_back(pattern[i % pattern.size()]);
   std::vector<GraphBond> bonds;
   for (unsigned i = 0; i < numAtoms; ++i) bonds.push_back({i, (i + 1) % numAtoms});
   const unsigned numChords = 2 * chord == numAtoms ? chord : numAtoms;
   for (unsigned i = 0; i < numChords; ++i) bonds.push_back({i, (i + chord) % numAtoms});
-  return MakeGraph(std::vector<unsigned>(numAtoms, 6), bonds);
+  return MakeGraph(elements, bonds);
 }
 
 }  // namespace QXFingrix::test

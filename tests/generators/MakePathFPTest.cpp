@@ -2,6 +2,7 @@
 
 #include <climits>
 
+#include "QXChem/QXPerception.h"
 #include "QXFingrix/QXFPAtomLabels.h"
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeLookup.h"
@@ -191,6 +192,20 @@ TEST(MakePathFP, CallersMoleculeIsLeftAlone) {
   EXPECT_EQ(mol.GetPreparedMark(), markBefore);
   EXPECT_EQ(mol.GetTitle(), "paracetamol");
   for (const QXChem::QXAtomBase& atom : mol.Atoms()) EXPECT_EQ(atom.GetSymmetryClass(), 0u);
+}
+
+TEST(MakePathFP, SymmetryClassesOfTheCallerDoNotLeaveOutStarts) {
+  // Refinement cannot tell the two rings apart.
+  for (const char* const smiles : {"C1CC1.C1CCCCC1", "C1CC1.C1CCCCC1.C1CCCCCCC1.C1CCCC1"}) {
+    QXChem::QXGraphMol mol = ReadSmiles(smiles);
+    QXFingerPrint expected;
+    QXFingerPrint fp;
+    ASSERT_TRUE(QXMakePathFP(expected, mol));
+    QXChem::QXPerceiveSymmetry(mol, false, false);
+    ASSERT_EQ(mol.GetAtom(0)->GetSymmetryClass(), mol.GetAtom(5)->GetSymmetryClass());
+    ASSERT_TRUE(QXMakePathFP(fp, mol));
+    EXPECT_TRUE(fp == expected) << smiles;
+  }
 }
 
 // The identifiers of the public generator over a molecule that no symmetry has been looked for in.

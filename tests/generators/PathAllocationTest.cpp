@@ -65,7 +65,7 @@ std::size_t CountPaths(const QXChem::QXMolBase& mol, unsigned atom, unsigned max
 }
 
 TEST(PathAllocation, MillionsOfPathsNeedNoMoreMemoryThanOneBlockForEachLength) {
-  const QXChem::QXGraphMol cage = test::MakeCirculant(40, 5);
+  const QXChem::QXGraphMol cage = test::MakeCirculant(40, 5, {6});
   constexpr unsigned maxbonds = 13;
   std::vector<bool> visited(cage.NumAtoms());
   // from one atom; a fingerprint may walk from all of them

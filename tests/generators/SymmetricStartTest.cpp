@@ -91,10 +91,17 @@ TEST(SymmetricStart, LeavingItOutChangesNothingInRegularStructures) {
     ASSERT_TRUE(mol.IsValid());
     ExpectSameIds(mol, 7);
   }
-  // Regular graphs in which neighbourhoods do not tell atoms apart that are not alike.
-  for (const auto& [numAtoms, chord] :
-       {std::pair(24u, 12u), std::pair(30u, 15u), std::pair(25u, 5u), std::pair(30u, 4u)}) {
-    ExpectSameIds(test::MakeCirculant(numAtoms, chord), 7);
+  struct Circulant {
+    unsigned numAtoms, chord;
+    std::vector<unsigned> pattern;  // elements with four bonds
+  };
+  const Circulant circulants[] = {
+      {24, 12, {6, 6, 14}}, {30, 15, {6, 14, 6, 32, 50}},        {25, 5, {6, 14, 14, 6, 32}},
+      {40, 3, {6, 14}},     {100, 7, {6, 14, 6, 6, 32, 50, 14}},  // more atoms than bits in a set of atoms
+  };
+  for (const auto& [numAtoms, chord, pattern] : circulants) {
+    SCOPED_TRACE(numAtoms);
+    ExpectSameIds(test::MakeCirculant(numAtoms, chord, pattern), 7);
   }
 }
 
