@@ -36,7 +36,7 @@ class QX_API QXCreateFastFPDatabaseOptions {
   const QXSystem::QXDots* GetTracer() const { return tracer_.get(); }  ///< null when none was set
 
   /// With a handler, records that fail go to it instead of being warned about. It is called by the worker
-  /// threads, one at a time.
+  /// threads, one at a time, and must not throw.
   void SetRejectHandler(RejectHandler handler) { rejectHandler_ = std::move(handler); }
   const RejectHandler& GetRejectHandler() const { return rejectHandler_; }
 

@@ -59,7 +59,8 @@ class QX_API QXFastFPDatabase {
   unsigned GetMemoryType() const;           ///< of the back end in use; 0 when invalid
   std::string GetMemoryTypeString() const;  ///< "memory-mapped"; empty when invalid
 
-  /// The stored fingerprint. Errors: false, fp unchanged.
+  /// The stored fingerprint.
+  /// Errors   warns and returns false, fp unchanged.
   bool GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const;
   /// The molecule index stored with a fingerprint; all bits set on failure.
   std::uint64_t GetMoleculeIndex(std::uint64_t index) const;
@@ -91,8 +92,8 @@ class QX_API QXFastFPDatabase {
 };
 
 /// Whether a fast database was made from a molecule database: the same number of entries, and the first
-/// molecule has the first stored fingerprint (or cannot be read and has no bits there). Errors   warns why
-/// not.
+/// molecule has the first stored fingerprint (or cannot be read and has no bits there).
+/// Errors   warns why not.
 QX_API bool QXAreCompatibleDatabases(const QXChem::QXMolDatabase& moldb, const QXFastFPDatabase& fastdb);
 
 }  // namespace QXFingrix

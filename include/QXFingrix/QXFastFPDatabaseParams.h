@@ -17,7 +17,7 @@ class QX_API QXFastFPDatabaseParams {
   QXFastFPDatabaseParams() = default;
 
   /// Reads and checks the header of a file. Only the header: a cut record area is not noticed here.
-  /// Errors   warns once and is not valid.
+  /// Errors   warns and is not valid.
   explicit QXFastFPDatabaseParams(const std::string& fpbinFile);
 
   bool IsValid() const { return isValid_; }                ///< every check of the header passed

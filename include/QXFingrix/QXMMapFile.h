@@ -40,7 +40,8 @@ class QX_API MMapOutputFile {
 
   /// Creates the file (permissions 0600) or empties it, gives it length zero bytes and maps them, after
   /// closing what was open. The disk space is allocated, so that a full disk is reported here and not met by
-  /// a write. Errors   reports an Error and returns false; the object is closed then.
+  /// a write.
+  /// Errors   reports an Error and returns false; the object is closed then.
   bool Open(const std::string& path, std::size_t length);
   void Close();
 
