@@ -18,15 +18,13 @@ class QXFPTypeBase;
 /// Makes the path fingerprint of a molecule: one bit for every linear walk of minbonds to maxbonds bonds.
 /// A walk starts at a heavy atom and visits no atom twice; both directions of a path set their bit.
 /// Shape    numbits 16 to 65535; 0 <= minbonds <= maxbonds <= 20; atype and btype are masks of QXFPAtomType
-/// and
-///          QXFPBondType, not both 0. Anything else draws one Warning each and is replaced by the default
+///          and QXFPBondType, not both 0. Anything else draws one Warning each and is replaced by the default
 ///          (4096, 0, 5; minbonds = maxbonds; masks 191 and 3); the type of fp carries what was used.
 /// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported.
 ///          An exception of the standard library (memory) passes through.
 /// Threads  safe on different fingerprints; mol is only read.
 /// Cost     one copy of mol and one multiply-add per atom and bond of every walk; memory does not grow with
-/// the
-///          number of walks. The number of walks may grow exponentially with maxbonds in cages.
+///          the number of walks. The number of walks may grow exponentially with maxbonds in cages.
 QX_API bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned numbits, unsigned minbonds,
                          unsigned maxbonds, unsigned atype, unsigned btype);
 
@@ -39,11 +37,9 @@ QX_API bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const 
 
 /// Collects the distinct identifiers of all walks of minbonds to maxbonds bonds.
 /// Shape    mol prepared for fingerprinting; one label per atom and per bond, as QXGetFingerprintAtomTypes
-/// gives
-///          them. The arrays grow by one element during the call and have their old length afterwards.
+///          gives them. The arrays grow by one element during the call and have their old length afterwards.
 /// Units    the wrapping 32-bit sum of label times position weight; or, for string labels, the labels joined
-/// in
-///          walk order.
+///          in walk order.
 /// Returns  the size of ids, which keeps what it held before.
 /// Errors   0 and a Warning when a label array is shorter than the molecule, ids untouched; a Warning when paths of
 ///          more than 24 bonds are asked for by 32-bit identifiers, which have no weights for them: they are left

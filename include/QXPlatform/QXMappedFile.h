@@ -8,7 +8,8 @@
 namespace QXPlatform {
 
 /// A whole file mapped into memory for reading. Its contents must not be cut short by others while it is
-/// open. Threads  const methods may run at once on one object.
+/// open.
+/// Threads  const methods may run at once on one object.
 class QX_API QXMappedFile {
  public:
   QXMappedFile() = default;
@@ -18,8 +19,7 @@ class QX_API QXMappedFile {
 
   /// Maps a file, closing the one that was open. An empty file opens with size 0.
   /// Errors   false with the reason in words, and nothing open, when it cannot be read or is no ordinary
-  /// file;
-  ///          no report.
+  ///          file; no report.
   bool Open(const std::string& path, std::string& reason);
   void Close();
 

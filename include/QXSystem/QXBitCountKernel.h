@@ -20,8 +20,8 @@ struct QXBitCountKernel {
   std::uint64_t (*count)(const std::uint64_t* words, std::size_t numWords);
 
   /// Counts the bits that one query shares with each record of a block: both[i] = popcount(query AND record
-  /// i). Shape    query: numWords words; record i: numWords words at records + i * stride, 8-byte aligned;
-  /// both:
+  /// i).
+  /// Shape    query: numWords words; record i: numWords words at records + i * stride, 8-byte aligned; both:
   ///          numRecords counts, none of them inside the records. Any number of words; multiples of 8 are
   ///          fastest, then multiples of 4.
   /// Units    64-bit words; stride in words, at least numWords.

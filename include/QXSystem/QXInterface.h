@@ -66,8 +66,10 @@ class QX_API QXParameter {
 };
 
 /// A set of typed parameters with their values, some of them grouped in sub-interfaces. Lookups by name or
-/// alias search the sub-interfaces too. Errors   what is refused draws one warning that names the function,
-/// the parameter, the value and the limit. Threads  const methods may run at once on one object.
+/// alias search the sub-interfaces too.
+/// Errors   what is refused draws one warning that names the function, the parameter, the value and the
+///          limit.
+/// Threads  const methods may run at once on one object.
 class QX_API QXInterface {
  public:
   QXInterface() = default;
@@ -101,9 +103,9 @@ class QX_API QXInterface {
 
   /// Reads a value, set or default, into a bool, int, unsigned, float, double or std::string; Integer and
   /// Unsigned parameters may be read as int and unsigned where the value fits, Float ones as float and
-  /// double. Errors   false with a warning and `out` untouched when the parameter is unknown, has no value,
-  /// or is not of
-  ///          that type: "QXInterface::Get, requested parameter %s is not of requested type".
+  /// double.
+  /// Errors   false with a warning and `out` untouched when the parameter is unknown, has no value, or is not
+  ///          of that type: "QXInterface::Get, requested parameter %s is not of requested type".
   template <class T>
   bool Get(const std::string& name, T& out) const {
     return Read(name, out);
@@ -150,9 +152,9 @@ enum class QXParseResult { Ok, Help, Error };
 /// counts. A Bool option may stand alone, which sets it; a following "true" or "false" is its value. Other
 /// arguments go to the keyless parameters, in the order of their positions. "--" ends the options; "-" and
 /// negative numbers are never options. `-h`, `-help` and `--help`, where they are not names of parameters,
-/// give Help at once. Errors   a warning and Error, with the interface unchanged, for an unknown option
-/// (naming a similar one), a
-///          missing or refused value, an argument too many, or a required parameter without a value.
+/// give Help at once.
+/// Errors   a warning and Error, with the interface unchanged, for an unknown option (naming a similar one),
+///          a missing or refused value, an argument too many, or a required parameter without a value.
 QX_API QXParseResult QXParseCommandLine(QXInterface& itf, int argc, const char* const* argv);
 
 /// The help text of an interface: the usage line, then every visible parameter with its names, type, brief,

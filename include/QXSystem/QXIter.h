@@ -27,8 +27,8 @@ class QXIterBase {
 /// An owning, copyable forward iterator: true while it stands on an element. What a query that failed or
 /// found nothing returns is the empty iterator, which is false from the start. Walk it by hand, `for (; iter;
 /// ++iter) Use(*iter);`, or in a range-for, which visits the elements from the current position on and leaves
-/// the iterator itself where it is. Errors   ++ and ToFirst() on an empty or finished iterator do what makes
-/// sense; * and -> need an element.
+/// the iterator itself where it is.
+/// Errors   ++ and ToFirst() on an empty or finished iterator do what makes sense; * and -> need an element.
 template <class T>
 class QXIter {
  public:
