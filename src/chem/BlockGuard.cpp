@@ -65,28 +65,6 @@ bool FieldFits(std::string_view block, std::string_view field, int limit) {
   return true;
 }
 
-}  // namespace
-
-bool IsSafeMolBlock(std::string_view block, std::string& reason) {
-  if (!IsSafeText(block, reason)) return false;
-  constexpr std::string_view chargeLine = "\nM  CHG";
-  bool chargesFit = FieldFits(block, " CHG=", maxCharge);
-  for (std::size_t at = block.find(chargeLine); at != std::string_view::npos;
-       at = block.find(chargeLine, at + 1)) {
-    const std::size_t start = at + chargeLine.size();
-    chargesFit = chargesFit && ChargeLineFits(block.substr(start, block.find('\n', start) - start));
-  }
-  if (!chargesFit) {
-    reason = "charge above " + std::to_string(maxCharge);
-    return false;
-  }
-  if (FieldFits(block, " MASS=", maxIsotope)) return true;
-  reason = "isotope above " + std::to_string(maxIsotope);
-  return false;
-}
-
-namespace {
-
 // Takes the next line off the text.
 std::string_view NextLine(std::string_view& text) {
   const std::size_t end = text.find('\n');
@@ -105,7 +83,58 @@ unsigned NextNumber(std::string_view& line) {
   return value;
 }
 
+// The number in a field of three columns; 0 when there is none.
+unsigned ColumnNumber(std::string_view line, std::size_t column) {
+  if (line.size() < column + 3) return 0;
+  line = line.substr(column, 3);
+  return NextNumber(line);
+}
+
+bool AreAtoms(unsigned bgn, unsigned end, unsigned numAtoms) {
+  return bgn >= 1 && bgn <= numAtoms && end >= 1 && end <= numAtoms;
+}
+
+std::string NoSuchAtoms(unsigned bond, unsigned numAtoms) {
+  return "bond " + std::to_string(bond) + " does not join two of the " + std::to_string(numAtoms) + " atoms";
+}
+
+// Whether the bonds of a V2000 block join atoms that it has. The parser notices when they do not, but keeps the
+// molecule it has begun for good.
+bool BondsFit(std::string_view block, std::string& reason) {
+  for (int i = 0; i < 3; ++i) NextLine(block);
+  const std::string_view counts = NextLine(block);
+  if (counts.find("V3000") != std::string_view::npos) return true;
+  const unsigned numAtoms = ColumnNumber(counts, 0);
+  const unsigned numBonds = ColumnNumber(counts, 3);
+  for (unsigned i = 0; i < numAtoms; ++i) NextLine(block);
+  for (unsigned i = 1; i <= numBonds; ++i) {
+    const std::string_view line = NextLine(block);
+    if (AreAtoms(ColumnNumber(line, 0), ColumnNumber(line, 3), numAtoms)) continue;
+    reason = NoSuchAtoms(i, numAtoms);
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool IsSafeMolBlock(std::string_view block, std::string& reason) {
+  if (!IsSafeText(block, reason) || !BondsFit(block, reason)) return false;
+  constexpr std::string_view chargeLine = "\nM  CHG";
+  bool chargesFit = FieldFits(block, " CHG=", maxCharge);
+  for (std::size_t at = block.find(chargeLine); at != std::string_view::npos;
+       at = block.find(chargeLine, at + 1)) {
+    const std::size_t start = at + chargeLine.size();
+    chargesFit = chargesFit && ChargeLineFits(block.substr(start, block.find('\n', start) - start));
+  }
+  if (!chargesFit) {
+    reason = "charge above " + std::to_string(maxCharge);
+    return false;
+  }
+  if (FieldFits(block, " MASS=", maxIsotope)) return true;
+  reason = "isotope above " + std::to_string(maxIsotope);
+  return false;
+}
 
 bool IsSafeMol2(std::string_view block, std::string& reason) {
   if (!IsSafeText(block, reason)) return false;
@@ -136,8 +165,8 @@ bool IsSafeMol2(std::string_view block, std::string& reason) {
     NextNumber(line);  // the bond's own
     const unsigned bgn = NextNumber(line);
     const unsigned end = NextNumber(line);
-    if (bgn >= 1 && bgn <= numAtoms && end >= 1 && end <= numAtoms) continue;
-    reason = "bond " + std::to_string(i) + " does not join two of the " + std::to_string(numAtoms) + " atoms";
+    if (AreAtoms(bgn, end, numAtoms)) continue;
+    reason = NoSuchAtoms(i, numAtoms);
     return false;
   }
   return true;
