@@ -50,8 +50,13 @@ QX_API bool IsHydrogenBondAcceptor(const QXChem::QXAtomBase* atom);
 /// Appends the SMARTS expression of an atom under an atom type mask, e.g. "[C;+0;D2;^3]".
 ///
 /// Elements are written by symbol, lower case when aromatic, if the mask selects Arom, else as "#6"; "*"
-/// stands for any element ("a" and "A" with Arom) if it does not select AtmNum. Chiral has no part in the
-/// expression.
+/// stands for any element ("a" and "A" with Arom) if it does not select AtmNum. Elements from 113 on are
+/// always written by number. Chiral has no part in the expression.
+///
+/// An acceptor is written by what it is not: "!$([o,s,nX3,#7v5,#16v4,*+1])". Of the nitrogens with three
+/// connections this names the aromatic ones only, so the expression also matches amines and amides, which
+/// IsHydrogenBondAcceptor does not count. An atom that is donor and acceptor is written by both conditions
+/// joined with ",", so its expression matches every atom that meets either.
 /// Shape    atom: of a molecule with the selected properties perceived.
 QX_API void AddSmilesAtomSymbol(std::string& out, const QXChem::QXAtomBase* atom, unsigned atype);
 

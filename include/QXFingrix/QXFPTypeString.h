@@ -25,9 +25,10 @@ namespace QXFingrix {
 /// Read the parameters out of a type string of one kind.
 /// Shape    version: low 16 bits of the version read; for MACCS166 and Lingo 0 when the text is the type
 ///          word alone.
-/// Errors   false and one Warning that says what is wrong (an unknown atom or bond type name fails
-///          silently). The outputs then hold what was read before; what was not is 0xFFFFFFFF, the version 0
-///          (65535 for MACCS166 and Lingo). Neither min <= max nor an upper bound is tested.
+/// Errors   false and one Warning that says what is wrong (an unknown atom or bond type name fails silently;
+///          a text without either type draws a Warning for each). The outputs then hold what was read before;
+///          what was not is 0xFFFFFFFF, the version 0 (65535 for MACCS166 and Lingo). Neither min <= max nor
+///          an upper bound is tested.
 /// Threads  safe.
 /// @{
 QX_API bool QXGetPathFPTypeParams(const std::string& typeString, unsigned short& version, unsigned& numbits,
@@ -67,8 +68,8 @@ QX_API void QXGetFPTypeStringFromID(std::string& out, unsigned short version);
 ///          "QXIsValidFPTypeString() fingerprint type with old version number", yet the answer is true.
 QX_API bool QXIsValidFPTypeString(const std::string& typeString);
 
-/// The version that a type string names; 0 for a text that is not a type string (with the parser's Warning)
-/// and always for the unhashed kinds.
+/// The low 16 bits of the version that a type string names; 0 for a text that is not a type string (with the
+/// parser's Warning) and always for the unhashed kinds.
 QX_API unsigned short QXGetFPTypeVersion(const std::string& typeString);
 
 }  // namespace QXFingrix

@@ -45,9 +45,10 @@ std::string ElementText(const QXAtomBase& atom, unsigned atype) {
     symbol[0] = static_cast<char>(symbol[0] - 'A' + 'a');
     return symbol;
   }
-  // "H" counts hydrogens and "*" is any element; an element without a symbol has its number only.
-  const bool hasSymbol = number > 1 && !symbol.empty();
-  return hasSymbol ? symbol : numberText;
+  // "H" counts hydrogens, "*" is any element, and the newest symbols are unknown or read as something else ("Nh" as
+  // N with a hydrogen).
+  const bool symbolIsRead = number > 1 && number < 113;
+  return symbolIsRead ? symbol : numberText;
 }
 
 // Chooses the element half; the hydrogen-bond classes bring a primitive with them.

@@ -69,13 +69,12 @@ const QXFPTypeBase* QXGetFPType(const std::string& typeString) {
     if (!plain) QXThrow.Warning("QXGetFPType() invalid fingerprint type string");
     return nullptr;
   }
-  const auto version = static_cast<unsigned short>(parsed.version);
-  if (version != row->version) {
+  if (parsed.version != row->version) {
     QXThrow.Report(plain ? QXSystem::QXErrorLevel::Error : QXSystem::QXErrorLevel::Warning,
                    "QXGetFPType() fingerprint type with old version number");
     return nullptr;
   }
-  return row->cached(version, parsed.params);
+  return row->cached(row->version, parsed.params);
 }
 
 const QXFPTypeBase* QXGetFPType(unsigned type, bool vs, unsigned version) {

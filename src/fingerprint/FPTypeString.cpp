@@ -137,7 +137,7 @@ bool QXIsValidFPTypeString(const std::string& typeString) {
   const TypeRow* row = FindTypeRowByPrefix(typeString);
   ParsedType parsed;
   if (!row || !ParseTypeString(*row, typeString, parsed)) return false;
-  if (static_cast<unsigned short>(parsed.version) != row->version) {
+  if (parsed.version != row->version) {
     QXSystem::QXThrow.Warning("QXIsValidFPTypeString() fingerprint type with old version number");
   }
   return true;

@@ -140,8 +140,11 @@ class GraphTypeParser {
     if (params.minDistance == unsetParam || params.maxDistance == unsetParam) {
       return Fail("Min or max distance cannot be initialized for `%s` type!", row_);
     }
-    if (params.atype == unsetParam) return Fail("Atom type cannot be initialized for `%s` type!", row_);
-    if (params.btype == unsetParam) return Fail("Bond type cannot be initialized for `%s` type!", row_);
+    const bool noAtomType = params.atype == unsetParam;
+    const bool noBondType = params.btype == unsetParam;
+    if (noAtomType) Fail("Atom type cannot be initialized for `%s` type!", row_);
+    if (noBondType) Fail("Bond type cannot be initialized for `%s` type!", row_);
+    if (noAtomType || noBondType) return false;
     if (params.atype == QXFPAtomType::None && params.btype == QXFPBondType::None) {
       return Fail("The atom and bond type cannot be both None for `%s` type!", row_);
     }

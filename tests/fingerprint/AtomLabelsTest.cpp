@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 
 #include "QXChem/QXGraphMol.h"
@@ -36,41 +37,18 @@ std::vector<unsigned> BondLabels(QXGraphMol mol, unsigned btype) {
 }
 
 // The label, rule by rule.
-unsigned ComputeElementPrime(unsigned z) {
-  switch (z) {
-    case 6:
-      return 179;
-    case 7:
-      return 283;
-    case 8:
-      return 947;
-    case 9:
-      return 419;
-    case 15:
-      return 547;
-    case 16:
-      return 811;
-    case 17:
-      return 661;
-    default:
-      break;
-  }
-  unsigned prime = 180;
-  for (unsigned left = z + 1; left > 0;) {
-    ++prime;
-    bool composite = false;
-    for (unsigned d = 2; d < prime; ++d) composite |= prime % d == 0;
-    const bool taken =
-        prime == 283 || prime == 419 || prime == 547 || prime == 661 || prime == 811 || prime == 947;
-    if (!composite && !taken) --left;
-  }
-  return prime;
-}
-
 unsigned NaiveElementPrime(unsigned z) {
   static const std::vector<unsigned> primes = [] {
+    const std::map<unsigned, unsigned> common = {{6, 179},  {7, 283},  {8, 947}, {9, 419},
+                                                 {15, 547}, {16, 811}, {17, 661}};
     std::vector<unsigned> all;
-    for (unsigned number = 0; number <= 132; ++number) all.push_back(ComputeElementPrime(number));
+    for (unsigned prime = 181; all.size() <= 132; ++prime) {
+      bool left = true;
+      for (unsigned d = 2; d < prime; ++d) left &= prime % d != 0;
+      for (const auto& [number, taken] : common) left &= prime != taken;
+      if (left) all.push_back(prime);
+    }
+    for (const auto& [number, prime] : common) all[number] = prime;
     return all;
   }();
   return primes[z];
@@ -195,6 +173,7 @@ TEST(AtomLabels, KnownValuesOfRealMolecules) {
       {"C[N+](C)(C)C", FCharge, {1, 4, 1, 1, 1}},
       {"C[O-]", FCharge | HCount, {4913, 2}},
       {"C", HCount, {83521}},
+      {"N[C@H](C)O", QXFPAtomType::Chiral, {1, 13, 1, 1}},
       {"C", 0, {1}},
   };
   for (const auto& c : cases) EXPECT_EQ(AtomLabels(ReadSmiles(c.smiles), c.atype), c.labels) << c.smiles;
@@ -210,18 +189,25 @@ TEST(AtomLabels, KnownValuesOfBonds) {
   EXPECT_EQ(BondLabels(ReadSmiles("CC#N"), 0), (std::vector<unsigned>{1, 1}));
 }
 
+TEST(AtomLabels, PerceiveWhatWasForgotten) {
+  QXGraphMol mol = ReadSmiles("CC=O");
+  mol.GetAtom(0)->SetHyb(1);
+  mol.ForgetPerceived(QXChem::QXPerceived::Hybridization);
+  EXPECT_EQ(AtomLabels(mol, Hyb), (std::vector<unsigned>{125, 25, 25}));
+}
+
 TEST(AtomLabels, ProductsWrapAt32Bits) {
   QXGraphMol mol;
   mol.NewAtom(8);
   mol.GetAtom(0)->SetFormalCharge(9);
   mol.GetAtom(0)->SetImplicitHCount(9);
-  const std::uint64_t exact = 947ull * 512 * 83521;
+  constexpr std::uint64_t exact = 947ull * 512 * 83521;
+  static_assert(exact > 0xFFFFFFFF);
   EXPECT_EQ(AtomLabels(mol, AtmNum | FCharge | HCount).at(0), static_cast<unsigned>(exact));
-  EXPECT_GT(exact, 0xFFFFFFFFull);
 }
 
-// Labels as text: what the text tells apart, the integer tells apart, and the other way round where the expression
-// covers the whole mask.
+// Labels as text: what the text tells apart, the integer tells apart, and the other way round where the
+// expression covers the whole mask.
 TEST(AtomLabels, TextsTellTheSameApartAsIntegers) {
   std::mt19937 random(11);
   std::vector<unsigned> atoms, bonds;

@@ -17,12 +17,8 @@ using test::ReportsOf;
 const std::string pathTail = ",size=1024,bonds=0-7,atype=DefaultPathAtom,btype=DefaultPathBond";
 
 TEST(FPTypeLookup, TheFirstWordThatATextStartsWithDecidesTheKind) {
-  const struct {
-    const char* text;
-    unsigned code;
-  } cases[] = {
-      {"MACCS166,ver=2.2.0", 101},
-      {"MACCS", 0},
+  const std::pair<const char*, unsigned> cases[] = {
+      {"MACCS166,x", 101},
       {"Lingo", 103},
       {"Pathology", 102},
       {"Circular", 104},
@@ -30,12 +26,13 @@ TEST(FPTypeLookup, TheFirstWordThatATextStartsWithDecidesTheKind) {
       {"UHPath", 9000},
       {"UHCircular", 9001},
       {"UHTree", 9002},
+      {"MACCS", 0},
       {"UH", 0},
       {"path", 0},
       {" Path", 0},
       {"", 0},
   };
-  for (const auto& c : cases) EXPECT_EQ(GetFPTypeFromTypeStringPrefix(c.text), c.code) << c.text;
+  for (const auto& [text, code] : cases) EXPECT_EQ(GetFPTypeFromTypeStringPrefix(text), code) << text;
 }
 
 TEST(FPTypeLookup, EqualStringsGiveOneDescriptorAndOtherSpellingsTheSame) {
@@ -47,87 +44,48 @@ TEST(FPTypeLookup, EqualStringsGiveOneDescriptorAndOtherSpellingsTheSame) {
 }
 
 TEST(FPTypeLookup, EachFunctionAddsItsOwnReportOrNone) {
-  // What QXGetFPType, QXIsValidFPTypeString and QXGetFPTypeVersion say of a text, and what they answer.
+  enum Verdict { Current, Old, OldPlain, Malformed, MalformedPlain, Unknown };
+  const std::string uhTail = ",bonds=0-5,atype=AtmNum,btype=Order";
   const struct {
     std::string text;
-    Reports lookup;
-    bool valid;
-    Reports validity;
+    Verdict verdict;
     unsigned version;
-    Reports versionReports;
+    Reports parser;
   } cases[] = {
-      {"Path,ver=2.0.0" + pathTail, {}, true, {}, 8192, {}},
-      {"Nonsense,ver=2.0.0", {}, false, {}, 0, {}},
-      {"Path,ver=1.0.0" + pathTail,
-       {"Warning: QXGetFPType() fingerprint type with old version number"},
-       true,
-       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
-       4096,
-       {}},
-      {"Path,ver=2.0.0",
-       {"Warning: Size cannot be initialized for `Path` type!",
-        "Warning: QXGetFPType() invalid fingerprint type string"},
-       false,
-       {"Warning: Size cannot be initialized for `Path` type!"},
+      {"Path,ver=2.0.0" + pathTail, Current, 8192, {}},
+      {"Nonsense,ver=2.0.0", Unknown, 0, {}},
+      {"Path,ver=1.0.0" + pathTail, Old, 4096, {}},
+      {"Path,ver=2.4096.0" + pathTail, Old, 8192, {}},  // the current version in its low 16 bits only
+      {"Path,ver=2.0.0", Malformed, 0, {"Warning: Size cannot be initialized for `Path` type!"}},
+      {"Path,ver=2.0.0,atype=Nonsense", Malformed, 0, {}},
+      {"UHPathX,ver=2.0.0" + uhTail,
+       Malformed,
        0,
-       {"Warning: Size cannot be initialized for `Path` type!"}},
-      {"Path,ver=2.0.0,atype=Nonsense",
-       {"Warning: QXGetFPType() invalid fingerprint type string"},
-       false,
-       {},
-       0,
-       {}},
-      {"UHPathX,ver=2.0.0,bonds=0-5,atype=AtmNum,btype=Order",
-       {"Warning: Invalid string can not be tokenized for `UHPath` type!",
-        "Warning: QXGetFPType() invalid fingerprint type string"},
-       false,
-       {"Warning: Invalid string can not be tokenized for `UHPath` type!"},
-       0,
-       {}},
-      {"UHPath=1",
-       {"Warning: 'UHPath' is not a valid fingerprint type primitive!",
-        "Warning: QXGetFPType() invalid fingerprint type string"},
-       false,
-       {"Warning: 'UHPath' is not a valid fingerprint type primitive!"},
-       0,
-       {}},
-      {"UHTree,ver=2.0.0,bonds=0-5,atype=AtmNum,btype=Order", {}, true, {}, 0, {}},
-      {"UHTree,ver=2.0.1,bonds=0-5,atype=AtmNum,btype=Order",
-       {"Warning: QXGetFPType() fingerprint type with old version number"},
-       true,
-       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
-       0,
-       {}},
-      {"MACCS166,ver=2.2.0", {}, true, {}, 8224, {}},
-      {"MACCS166",
-       {"Error: QXGetFPType() fingerprint type with old version number"},
-       true,
-       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
-       0,
-       {}},
-      {"Lingo,ver=2.1.0",
-       {"Error: QXGetFPType() fingerprint type with old version number"},
-       true,
-       {"Warning: QXIsValidFPTypeString() fingerprint type with old version number"},
-       8208,
-       {}},
-      {"Lingo,ver=x",
-       {"Warning: Invalid version for `Lingo` type!"},
-       false,
-       {"Warning: Invalid version for `Lingo` type!"},
-       0,
-       {"Warning: Invalid version for `Lingo` type!"}},
+       {"Warning: Invalid string can not be tokenized for `UHPath` type!"}},
+      {"UHPath=1", Malformed, 0, {"Warning: 'UHPath' is not a valid fingerprint type primitive!"}},
+      {"UHTree,ver=2.0.0" + uhTail, Current, 0, {}},
+      {"UHTree,ver=2.0.1" + uhTail, Old, 0, {}},
+      {"MACCS166,ver=2.2.0", Current, 8224, {}},
+      {"MACCS166", OldPlain, 0, {}},
+      {"Lingo,ver=2.1.0", OldPlain, 8208, {}},
+      {"Lingo,ver=x", MalformedPlain, 0, {"Warning: Invalid version for `Lingo` type!"}},
   };
   for (const auto& c : cases) {
-    const QXFPTypeBase* type = nullptr;
-    EXPECT_EQ(ReportsOf([&] { type = QXGetFPType(c.text); }), c.lookup) << c.text;
-    EXPECT_EQ(type != nullptr, c.valid && c.lookup.empty()) << c.text;
-    bool valid = !c.valid;
-    EXPECT_EQ(ReportsOf([&] { valid = QXIsValidFPTypeString(c.text); }), c.validity) << c.text;
-    EXPECT_EQ(valid, c.valid) << c.text;
-    unsigned version = 1;
-    EXPECT_EQ(ReportsOf([&] { version = QXGetFPTypeVersion(c.text); }), c.versionReports) << c.text;
-    EXPECT_EQ(version, c.version) << c.text;
+    const bool valid = c.verdict <= OldPlain;
+    const bool unhashed = c.text.starts_with("UH");
+    Reports lookup = c.parser, validity = c.parser;
+    if (c.verdict == Malformed) lookup.push_back("Warning: QXGetFPType() invalid fingerprint type string");
+    if (c.verdict == Old || c.verdict == OldPlain) {
+      const std::string level = c.verdict == Old ? "Warning" : "Error";
+      lookup.push_back(level + ": QXGetFPType() fingerprint type with old version number");
+      validity.push_back("Warning: QXIsValidFPTypeString() fingerprint type with old version number");
+    }
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFPType(c.text) != nullptr, c.verdict == Current); }), lookup)
+        << c.text;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXIsValidFPTypeString(c.text), valid); }), validity) << c.text;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFPTypeVersion(c.text), c.version); }),
+              unhashed ? test::none : c.parser)
+        << c.text;
   }
 }
 
@@ -155,12 +113,9 @@ TEST(FPTypeLookup, CodesGiveTheirDefaults) {
       {106, false, 0, none, unknown},
       {101, true, 1, QXGetMACCS166FPType(8224), {}},
       {9000, true, 2, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
-      {102, true, 1, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
-      {104, true, 1, QXGetCircularFPType(4096, 0, 5, 4231, 1), {}},
-      {104, true, 2, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
-      {104, true, 0, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
-      {105, true, 0, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
+      {101, true, 3, none, unknownVS},
       {104, true, 3, none, unknownVS},
+      {9000, true, 3, none, unknownVS},
       {0, true, 0, none, unknown},
   };
   for (const auto& c : cases) {
@@ -183,7 +138,6 @@ TEST(FPTypeLookup, VSVariantsExistForPathCircularAndTreeInTwoVersions) {
     const QXFPTypeBase* type;
     Reports reports;
   } cases[] = {
-      {102, 0, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
       {102, 1, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
       {102, 2, QXGetPathFPType(4096, 0, 5, 151, 3), {}},
       {104, 0, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
@@ -201,6 +155,9 @@ TEST(FPTypeLookup, VSVariantsExistForPathCircularAndTreeInTwoVersions) {
     const QXFPTypeBase* type = nullptr;
     EXPECT_EQ(ReportsOf([&] { type = QXGetVSFPType(c.code, c.version); }), c.reports) << c.code;
     EXPECT_EQ(type, c.type) << c.code << ' ' << c.version;
+    if (c.type) {
+      EXPECT_EQ(QXGetFPType(c.code, true, c.version), c.type) << c.code << ' ' << c.version;
+    }
   }
 }
 

@@ -75,18 +75,28 @@ TEST(FPType, CanonicalStringsHaveTheirTokensInOrder) {
   const std::string tail = std::string(",atype=") + atoms + ",btype=Order|Chiral";
   const struct {
     const QXFPTypeBase* type;
+    std::string prefix;
     std::string text;
   } cases[] = {
-      {QXGetMACCS166FPType(8224), "MACCS166,ver=2.2.0"},
-      {QXGetLingoFPType(8192), "Lingo,ver=2.0.0"},
-      {QXGetPathFPType(1024, 0, 7, 191, 3), "Path,ver=2.0.0,size=1024,bonds=0-7" + tail},
-      {QXGetCircularFPType(1024, 0, 7, 191, 3), "Circular,ver=2.0.0,size=1024,radius=0-7" + tail},
-      {QXGetTreeFPType(1024, 0, 7, 191, 3), "Tree,ver=2.0.0,size=1024,bonds=0-7" + tail},
-      {QXGetUnhashedPathFPType(8193, 0, 7, 191, 3), "UHPath,ver=2.0.1,bonds=0-7" + tail},
-      {QXGetUnhashedCircularFPType(8193, 0, 7, 191, 3), "UHCircular,ver=2.0.1,radius=0-7" + tail},
-      {QXGetUnhashedTreeFPType(8193, 0, 7, 0, 3), "UHTree,ver=2.0.1,bonds=0-7,atype=None,btype=Order|Chiral"},
+      {QXGetMACCS166FPType(8224), QXGetMACCS166FPStringPrefix(), "MACCS166,ver=2.2.0"},
+      {QXGetLingoFPType(8192), QXGetLingoFPStringPrefix(), "Lingo,ver=2.0.0"},
+      {QXGetPathFPType(1024, 0, 7, 191, 3), QXGetPathFPStringPrefix(),
+       "Path,ver=2.0.0,size=1024,bonds=0-7" + tail},
+      {QXGetCircularFPType(1024, 0, 7, 191, 3), QXGetCircularFPStringPrefix(),
+       "Circular,ver=2.0.0,size=1024,radius=0-7" + tail},
+      {QXGetTreeFPType(1024, 0, 7, 191, 3), QXGetTreeFPStringPrefix(),
+       "Tree,ver=2.0.0,size=1024,bonds=0-7" + tail},
+      {QXGetUnhashedPathFPType(8193, 0, 7, 191, 3), QXGetUnhashedPathFPStringPrefix(),
+       "UHPath,ver=2.0.1,bonds=0-7" + tail},
+      {QXGetUnhashedCircularFPType(8193, 0, 7, 191, 3), QXGetUnhashedCircularFPStringPrefix(),
+       "UHCircular,ver=2.0.1,radius=0-7" + tail},
+      {QXGetUnhashedTreeFPType(8193, 0, 7, 0, 3), QXGetUnhashedTreeFPStringPrefix(),
+       "UHTree,ver=2.0.1,bonds=0-7,atype=None,btype=Order|Chiral"},
   };
-  for (const auto& c : cases) EXPECT_EQ(c.type->GetFPTypeString(), c.text);
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.type->GetFPTypeString(), c.text);
+    EXPECT_EQ(c.prefix, c.text.substr(0, c.text.find(',')));
+  }
 }
 
 // A random mask of bits that have names.
@@ -145,16 +155,7 @@ TEST(FPType, EveryKindIsKeyedByItsVersionToo) {
   EXPECT_EQ(QXGetTreeFPType(8192, 64, 0, 5, 1, 1), QXGetTreeFPType(64, 0, 5, 1, 1));
 }
 
-TEST(FPType, PrefixesAndNamespaceNameTheKinds) {
-  EXPECT_EQ(QXGetMACCS166FPStringPrefix(), "MACCS166");
-  EXPECT_EQ(QXGetLingoFPStringPrefix(), "Lingo");
-  EXPECT_EQ(QXGetPathFPStringPrefix(), "Path");
-  EXPECT_EQ(QXGetCircularFPStringPrefix(), "Circular");
-  EXPECT_EQ(QXGetTreeFPStringPrefix(), "Tree");
-  EXPECT_EQ(QXGetUnhashedPathFPStringPrefix(), "UHPath");
-  EXPECT_EQ(QXGetUnhashedCircularFPStringPrefix(), "UHCircular");
-  EXPECT_EQ(QXGetUnhashedTreeFPStringPrefix(), "UHTree");
-
+TEST(FPType, TheNamespaceHasTheKindsToChooseFrom) {
   const auto& kinds = QXGetFPTypeNamespaceInterface();
   EXPECT_EQ(kinds.GetNamespaceName(), "QXFPType");
   std::string entries;

@@ -69,16 +69,6 @@ TEST(FingerPrint, TypeTestsGoByTheDescriptor) {
   EXPECT_FALSE(QXIsSameFPType(path, other));
 }
 
-TEST(FingerPrint, CopiesShareTheTypeAndOwnTheirBits) {
-  const QXFingerPrint original = MakeFingerPrint(QXGetLingoFPType(8192), 200, {0, 199});
-  QXFingerPrint copy;
-  copy = original;
-  EXPECT_TRUE(copy == original);
-  copy.SetBitOff(199);
-  EXPECT_FALSE(copy == original);
-  EXPECT_EQ(copy.GetFPTypeBase(), original.GetFPTypeBase());
-}
-
 TEST(FingerPrint, BooleansFollowTheBitsAndStopAtTheSize) {
   for (const unsigned size : {0u, 1u, 64u, 166u}) {
     QXFingerPrint fp;

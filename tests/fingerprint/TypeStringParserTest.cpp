@@ -61,6 +61,12 @@ constexpr GraphKind graphKinds[] = {
     {"UHPath", "", "bonds"},        {"UHCircular", "", "radius"},        {"UHTree", "", "bonds"},
 };
 
+// Fills in the words of a kind for KIND, SIZE and DIST.
+std::string TextOf(const GraphKind& kind, const std::string& pattern) {
+  const std::string text = Replace(pattern, "SIZE", *kind.size ? std::string(kind.size) + "," : "");
+  return Replace(Replace(text, "DIST", kind.distance), "KIND", kind.word);
+}
+
 TEST(TypeStringParser, ReadsTokensInAnyOrderAndTheLastOfDuplicates) {
   for (const GraphKind& kind : graphKinds) {
     const std::string size = *kind.size ? std::string(",") + kind.size : "";
@@ -78,7 +84,7 @@ TEST(TypeStringParser, ReadsTokensInAnyOrderAndTheLastOfDuplicates) {
 }
 
 TEST(TypeStringParser, EveryFaultOfAGraphTypeIsReportedOnceInItsOwnWords) {
-  // KIND, SIZE and DIST stand for the words of the kind; an empty report is a silent failure.
+  // An empty report is a silent failure.
   const struct {
     const char* text;
     const char* report;
@@ -123,26 +129,30 @@ TEST(TypeStringParser, EveryFaultOfAGraphTypeIsReportedOnceInItsOwnWords) {
   };
   for (const GraphKind& kind : graphKinds) {
     for (const auto& c : cases) {
-      std::string text = Replace(c.text, "SIZE", *kind.size ? std::string(kind.size) + "," : "");
-      text = Replace(Replace(text, "DIST", kind.distance), "KIND", kind.word);
+      const std::string text = TextOf(kind, c.text);
       const std::string report = Replace(c.report, "KIND", kind.word);
       EXPECT_EQ(ParserReports(kind.word, text), report.empty() ? test::none : Reports{"Warning: " + report})
           << text;
     }
+    const std::string uninitialized =
+        std::string(" type cannot be initialized for `") + kind.word + "` type!";
+    EXPECT_EQ(ParserReports(kind.word, TextOf(kind, "KIND,ver=2.0.0,SIZEDIST=0-5")),
+              (Reports{"Warning: Atom" + uninitialized, "Warning: Bond" + uninitialized}));
   }
 }
 
-TEST(TypeStringParser, SizeBelongsToTheHashedKindsAndNumbitsToTheUnhashedPath) {
-  const std::string rest = ",ver=2.0.0,DIST=0-5,atype=AtmNum,btype=Order";
+TEST(TypeStringParser, KeysOfOtherKindsAreRefused) {
   for (const GraphKind& kind : graphKinds) {
     const std::string word = kind.word;
-    const std::string text = word + Replace(rest, "DIST", kind.distance);
+    const std::string text = TextOf(kind, "KIND,ver=2.0.0,DIST=0-5,atype=AtmNum,btype=Order");
     const std::string invalid = "Warning: Invalid fingerprint size for `" + word + "` type!";
     const std::string uninitialized = "Warning: Size cannot be initialized for `" + word + "` type!";
     const bool hashed = *kind.size;
     const auto unknown = [](const std::string& key) {
       return "Warning: '" + key + "' is not a valid fingerprint type primitive!";
     };
+    const std::string otherDistance = kind.distance == std::string("bonds") ? "radius" : "bonds";
+    EXPECT_EQ(ParserReports(word, text + "," + otherDistance + "=0-5"), Reports{unknown(otherDistance)});
     EXPECT_EQ(ParserReports(word, text + ",size=x").front(), hashed ? invalid : unknown("size"));
     EXPECT_EQ(ParserReports(word, text + ",numbits=x").front(),
               word == "UHPath" ? invalid : unknown("numbits"));

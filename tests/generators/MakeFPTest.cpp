@@ -44,67 +44,73 @@ TEST(MakeFP, WithoutADescriptorOrAGeneratorItAnswersFalseSilentlyAndTouchesNothi
   QXFingerPrint fp;
   ASSERT_TRUE(QXMakePathFP(fp, Aspirin()));
   const QXFingerPrint before = fp;
-  const QXFPTypeBase* const types[] = {nullptr, &strange};
+  std::vector<const QXFPTypeBase*> types = {nullptr, &strange};
+  for (const unsigned code : {101, 103, 104, 105, 9000, 9001, 9002})
+    types.push_back(QXGetFPType(code, false, 0));
   for (const QXFPTypeBase* type : types) {
     EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXMakeFP(fp, Aspirin(), type)); }), test::none);
     EXPECT_TRUE(fp == before);
   }
 }
 
-TEST(MakeFP, ACodeMakesTheDefaultTypeOrTheDeprecatedVSType) {
-  QXFingerPrint fp;
-  EXPECT_EQ(ReportsOf([&] { EXPECT_TRUE(QXMakeFP(fp, Aspirin(), 102, false)); }), test::none);
-  EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, 191, 3));
-  EXPECT_EQ(ReportsOf([&] { EXPECT_TRUE(QXMakeFP(fp, Aspirin(), 102, true)); }),
-            Reports{"Info: QXMakeFP: (102) (deprecated) use QXMakeVSFP() for generating VS fingerprints"});
-  EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, 151, 3));
-}
-
 TEST(MakeFP, EveryEntryPointReportsInItsOwnWords) {
-  QXFingerPrint fp;
+  const Reports unknown = {"Warning: QXGetFPType() unknown fingerprint type",
+                           "Warning: QXMakeFP() unknown fingerprint type"};
   const struct {
     unsigned type;
     bool vs;
+    bool made;
     Reports reports;
   } byCode[] = {
-      {101, true, {}},
+      {102, false, true, {}},
+      {102,
+       true,
+       true,
+       {"Info: QXMakeFP: (102) (deprecated) use QXMakeVSFP() for generating VS fingerprints"}},
+      {101, true, false, {}},
       {104,
        true,
+       false,
        {"Warning: QXMakeFP: (104) use QXMakeVSFP() for generating VS fingerprints - deprecated CircularVS "
         "fingerprints are being generated"}},
-      {105, true, {"Info: QXMakeFP: (105) (deprecated) use QXMakeVSFP() for generating VS fingerprints"}},
-      {0,
-       false,
-       {"Warning: QXGetFPType() unknown fingerprint type", "Warning: QXMakeFP() unknown fingerprint type"}},
-      {3,
+      {105,
        true,
-       {"Warning: QXGetFPType() unknown fingerprint type", "Warning: QXMakeFP() unknown fingerprint type"}},
+       false,
+       {"Info: QXMakeFP: (105) (deprecated) use QXMakeVSFP() for generating VS fingerprints"}},
+      {0, false, false, unknown},
+      {3, true, false, unknown},
   };
+  QXFingerPrint fp;
   for (const auto& c : byCode) {
-    EXPECT_EQ(ReportsOf([&] { QXMakeFP(fp, Aspirin(), c.type, c.vs); }), c.reports) << c.type;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXMakeFP(fp, Aspirin(), c.type, c.vs), c.made) << c.type; }),
+              c.reports);
+    if (c.made) {
+      EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, c.vs ? 151 : 191, 3));
+    }
   }
+  const auto undefined = [](const std::string& code) {
+    return Reports{
+        "Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: " + code,
+        "Warning: QXMakeVSFP() unknown fingerprint type"};
+  };
   const struct {
     unsigned type;
     unsigned version;
+    bool made;
     Reports reports;
   } vs[] = {
-      {104, 2, {}},
-      {104, 1, {}},
-      {102, 3, {"Warning: QXMakeVSFP: unknown vsVersion specified: 3"}},
-      {101,
-       0,
-       {"Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: 101",
-        "Warning: QXMakeVSFP() unknown fingerprint type"}},
-      {0,
-       1,
-       {"Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: 0",
-        "Warning: QXMakeVSFP() unknown fingerprint type"}},
+      {102, 0, true, {}},
+      {104, 2, false, {}},
+      {104, 1, false, {}},
+      {102, 3, false, {"Warning: QXMakeVSFP: unknown vsVersion specified: 3"}},
+      {101, 0, false, undefined("101")},
+      {0, 1, false, undefined("0")},
   };
   for (const auto& c : vs) {
-    EXPECT_EQ(ReportsOf([&] { QXMakeVSFP(fp, Aspirin(), c.type, c.version); }), c.reports) << c.type;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXMakeVSFP(fp, Aspirin(), c.type, c.version), c.made) << c.type; }),
+              c.reports);
+    EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, 151, 3)) << "made by the first, then left";
   }
-  EXPECT_EQ(ReportsOf([&] { EXPECT_TRUE(QXMakeVSFP(fp, Aspirin(), 102, 0)); }), test::none);
-  EXPECT_EQ(fp.GetFPTypeBase(), QXGetVSFPType(102, 2));
 }
 
 TEST(MakeFP, AnInvalidMoleculeGivesFalseAndATypelessFingerprint) {
