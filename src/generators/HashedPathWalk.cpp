@@ -1,12 +1,17 @@
-// A walk in blocks instead of single steps. Walking depth first, one path after the other, a processor spends most
-// of its time on wrong guesses: how many bonds the next atom has, whether the atom across is on the path. Here a block
-// of paths of one length is extended at once by a loop that does not depend on such things:
+// A walk in blocks instead of single steps. Walking depth first, one path after the other, a processor spends
+// most of its time on wrong guesses: how many bonds the next atom has, whether the atom across is on the
+// path. Here a block of paths of one length is extended at once by a loop that does not depend on such
+// things:
 // - every atom has at least three steps; missing ones lead back to the atom itself and so onto the path;
 // - every extension is written down, and counts only if it leads to an atom that is not on the path;
-// - which atoms are on a path is a 64-bit set carried along with it. Beyond 64 atoms, atoms share its bits, and
-//   an atom that seems to be on the path is looked for among the path's ancestors.
-// The extensions of a block are extended in turn before the next block, so each length needs one block of memory
-// however many paths there are.
+// - which atoms are on a path is a 64-bit set carried along with it. Beyond 64 atoms, atoms share its bits,
+//   and an atom that seems to be on the path is looked for among the path's ancestors.
+// The extensions of a block are extended in turn before the next block, so each length needs one block of
+// memory however many paths there are.
+//
+// The bits are those of the identifiers that PathGenerator lists: the paths are the same, only reached in
+// another order, and a bit is on whenever and however often it is set. A list would hold every path at once,
+// and in cages their number grows exponentially with the length.
 
 #include "generators/HashedPathWalk.h"
 
@@ -64,7 +69,7 @@ void HashedPathWalk::LoadSteps(const QXChem::QXMolBase& mol, std::span<const uns
   steps_.clear();
   maxSteps_ = minSteps;
   for (unsigned atom = 0; atom < mol.NumAtoms(); ++atom) {
-    firstStep_.push_back(static_cast<unsigned>(steps_.size()));
+    firstStep_.push_back(steps_.size());
     const auto neighbors = mol.Neighbors(atom);
     for (const QXChem::QXNeighbor& step : neighbors) {
       steps_.push_back({step.atom, atomLabels[step.atom], bondLabels[step.bond]});
@@ -72,7 +77,7 @@ void HashedPathWalk::LoadSteps(const QXChem::QXMolBase& mol, std::span<const uns
     for (std::size_t i = neighbors.size(); i < minSteps; ++i) steps_.push_back({atom, 0, 0});
     maxSteps_ = std::max(maxSteps_, neighbors.size());
   }
-  firstStep_.push_back(static_cast<unsigned>(steps_.size()));
+  firstStep_.push_back(steps_.size());
 }
 
 void HashedPathWalk::LoadStarts(const QXChem::QXMolBase& mol, std::span<const unsigned> atomLabels) {
@@ -121,15 +126,15 @@ void HashedPathWalk::Walk(unsigned minbonds, unsigned maxbonds, Bits& bits) {
   }
 }
 
-// Extends paths of `depth` bonds by one bond, about a block of them. Gives each extension to take(i, path, parent),
-// where i counts the valid ones so far: an extension that is not valid is overwritten by the next. Returns how many
-// are.
+// Extends paths of `depth` bonds by one bond, about a block of them. Gives each extension to
+// take(i, path, parent), where i counts the valid ones so far: an extension that is not valid is overwritten
+// by the next. Returns how many are valid.
 template <bool isLarge, class Take>
 unsigned HashedPathWalk::Extend(unsigned depth, Take take) {
   Level& level = levels_[depth];
   const unsigned bondWeight = PATH_PRIMES[2 * depth + 2];
   const unsigned atomWeight = PATH_PRIMES[2 * depth + 3];
-  const unsigned* const firstStep = firstStep_.data();
+  const std::size_t* const firstStep = firstStep_.data();
   const Step* const steps = steps_.data();
   unsigned count = 0;
   unsigned place = level.next;

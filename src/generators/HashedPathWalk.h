@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -9,9 +10,9 @@
 
 namespace QXFingrix {
 
-/// The hashed walk of PathGenerator made for fingerprints: the same paths and identifiers, but an identifier sets its
-/// bit and is forgotten, so memory does not grow with the number of paths. An object is working memory: reused, it
-/// allocates nothing for molecules no larger than before.
+/// The hashed walk of PathGenerator made for fingerprints: the same paths and identifiers, but an identifier
+/// sets its bit and is forgotten, so memory does not grow with the number of paths. An object is working
+/// memory: reused, it allocates nothing for molecules no larger than before.
 class HashedPathWalk {
  public:
   /// Sets bit (identifier mod hashSize) of `words` for every path of minbonds to maxbonds bonds.
@@ -53,7 +54,7 @@ class HashedPathWalk {
   unsigned Extend(unsigned depth, Take take);
   bool IsOnPath(unsigned atom, unsigned depth, unsigned place) const;
 
-  std::vector<unsigned> firstStep_;  // steps of atom i: from firstStep_[i] up to firstStep_[i + 1]
+  std::vector<std::size_t> firstStep_;  // steps of atom i: from firstStep_[i] up to firstStep_[i + 1]
   std::vector<Step> steps_;
   std::size_t maxSteps_ = 0;
   std::vector<Level> levels_;  // by number of bonds

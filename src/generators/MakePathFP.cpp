@@ -1,4 +1,5 @@
 #include <memory>
+#include <new>
 #include <span>
 #include <utility>
 #include <vector>
@@ -33,8 +34,8 @@ struct PathParams {
   unsigned btype = QXFPBondType::DefaultPathBond;
 };
 
-// Symmetric start atoms are looked for where the walks are long and the molecule large enough to gain from
-// it.
+// Symmetric start atoms are looked for where the walks are long and the molecule large enough to gain
+// from it.
 constexpr unsigned shortWalk = 3;
 constexpr unsigned smallMolecule = 20;
 
@@ -104,12 +105,6 @@ class WorkspaceLease {
 
 thread_local std::unique_ptr<Workspace> WorkspaceLease::kept;
 
-// Classes that came along with the caller's molecule may rest on less than a proof.
-void ForgetSymmetry(QXChem::QXMolBase& mol) {
-  if (!mol.IsPerceived(QXChem::QXPerceived::Symmetry)) return;
-  for (unsigned i = 0; i < mol.NumAtoms(); ++i) mol.GetAtom(i)->SetSymmetryClass(0);
-}
-
 // Sets the bits of `words`; they are clear.
 void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const PathParams& params) {
   WorkspaceLease lease;
@@ -120,7 +115,8 @@ void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, c
     if (params.maxbonds > shortWalk && mol.NumAtoms() > smallMolecule) {
       QXChem::QXPerceiveSymmetry(copy, true, false);
     } else {
-      ForgetSymmetry(copy);
+      // Classes that came along with the caller's molecule may rest on less than a proof.
+      copy.ForgetPerceived(QXChem::QXPerceived::Symmetry);
     }
     QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
     walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minbonds,
@@ -138,7 +134,7 @@ bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned numb
     return false;
   }
   const PathParams params = CorrectParams({numbits, minbonds, maxbonds, atype, btype});
-  if (!fp.SetSize(params.numbits)) return false;
+  if (!fp.SetSize(params.numbits)) throw std::bad_alloc();
   fp.ClearBits();
   // The modulus never exceeds the size, so every bit fits.
   SetPathBits(fp.GetWords(), mol, params);

@@ -16,17 +16,24 @@
 
 namespace QXFingrix {
 
-/// The identifier of a path whose last step is atom number `depth`: that of the path before the step and what
-/// the bond and the atom of the step add. Before the first atom stand an empty identifier and the null bond
-/// label. For depth up to maxWeightedBonds; wraps at 32 bits.
-inline unsigned ExtendPathId(unsigned id, unsigned bondLabel, unsigned atomLabel, unsigned depth) {
-  return id + bondLabel * PATH_PRIMES[2 * depth] + atomLabel * PATH_PRIMES[2 * depth + 1];
+/// Makes an identifier that of a path longer by one step: the bond and the atom that follow `depth` others.
+/// Before the first atom stand an empty identifier and the null bond label. In place, so that a long text is
+/// not copied for every step. For depth up to maxWeightedBonds; wraps at 32 bits.
+inline void LengthenPathId(unsigned& id, unsigned bondLabel, unsigned atomLabel, unsigned depth) {
+  id += bondLabel * PATH_PRIMES[2 * depth] + atomLabel * PATH_PRIMES[2 * depth + 1];
 }
-inline std::string ExtendPathId(const std::string& id, const std::string& bondLabel,
-                                const std::string& atomLabel, unsigned) {
-  std::string longer;
-  longer.reserve(id.size() + bondLabel.size() + atomLabel.size());
-  return longer.append(id).append(bondLabel).append(atomLabel);
+inline void LengthenPathId(std::string& id, const std::string& bondLabel, const std::string& atomLabel,
+                           unsigned) {
+  id.append(bondLabel).append(atomLabel);
+}
+
+/// Undoes LengthenPathId() with the same arguments.
+inline void ShortenPathId(unsigned& id, unsigned bondLabel, unsigned atomLabel, unsigned depth) {
+  id -= bondLabel * PATH_PRIMES[2 * depth] + atomLabel * PATH_PRIMES[2 * depth + 1];
+}
+inline void ShortenPathId(std::string& id, const std::string& bondLabel, const std::string& atomLabel,
+                          unsigned) {
+  id.resize(id.size() - bondLabel.size() - atomLabel.size());
 }
 
 /// Walks every path of a prepared molecule and gives each its identifier: Id is unsigned (hashed form) or
@@ -53,7 +60,7 @@ class PathGenerator {
   PathGenerator(const PathGenerator&) = delete;
   PathGenerator& operator=(const PathGenerator&) = delete;
 
-  /// Recursive walk; distinct identifiers.
+  /// Recursive walk; distinct identifiers. With explicit stacks where paths may be very long.
   void GeneratePathIds(std::set<Id>& ids) const;
   /// Walk with explicit stacks; identifiers in walk order, duplicates kept.
   void GeneratePathIdsStack(std::vector<Id>& ids) const;
@@ -66,11 +73,8 @@ class PathGenerator {
     unsigned char* visited;  // by atom index
   };
 
-  // A path's identifier and how many bonds of its end atom have been tried.
-  struct Level {
-    Id id;
-    std::size_t numTried;
-  };
+  // Longer paths are not walked by recursion, which would need a call stack as long.
+  static constexpr std::size_t maxRecursion = 1000;
 
   static unsigned OneMore(unsigned n) { return n == std::numeric_limits<unsigned>::max() ? n : n + 1; }
   // No path is longer than the molecule, whatever maxbonds allows.
@@ -78,9 +82,10 @@ class PathGenerator {
   template <class Walk>
   void ForEachStart(Walk&& walk) const;
   void NextPath(const Path& path, unsigned atom, unsigned depth, unsigned numBonds, std::set<Id>& ids) const;
-  void WalkFrom(unsigned start, const Path& path, std::vector<Level>& levels, std::vector<Id>& ids) const;
-  void Enter(unsigned atom, unsigned bond, const Path& path, std::vector<Level>& levels,
-             std::vector<Id>& ids) const;
+  template <class Record>
+  void WalkWithStacks(Record record) const;
+  template <class Record>
+  void WalkFrom(unsigned start, const Path& path, std::vector<std::size_t>& numTried, Record& record) const;
   Id WholeId(const Path& path, unsigned depth) const;
   void AddPattern(const Path& path, unsigned depth, const Id& id) const;
 
@@ -128,7 +133,8 @@ void PathGenerator<Id>::ForEachStart(Walk&& walk) const {
   WithScratch(2 * stackBytes + numAtoms, [&](std::byte* memory) {
     const Path path{new (memory) unsigned[deepest], new (memory + stackBytes) unsigned[deepest],
                     new (memory + 2 * stackBytes) unsigned char[numAtoms]};
-    // Every walk clears the flags that it has set, so one start needs no more than the one before.
+    // Every walk clears the flags that it has set: to fill them again before each start would cost the
+    // square of the number of atoms.
     std::fill_n(path.visited, numAtoms, 0);
     StartAtoms starts;
     starts.Reset(mol_.GetMaxAtomIdx());
@@ -142,6 +148,7 @@ void PathGenerator<Id>::ForEachStart(Walk&& walk) const {
 
 template <class Id>
 void PathGenerator<Id>::GeneratePathIds(std::set<Id>& ids) const {
+  if (DeepestPath() > maxRecursion) return WalkWithStacks([&](const Id& id) { ids.insert(id); });
   ForEachStart([&](unsigned start, const Path& path) { NextPath(path, start, 1, 0, ids); });
 }
 
@@ -169,50 +176,56 @@ template <class Id>
 Id PathGenerator<Id>::WholeId(const Path& path, unsigned depth) const {
   Id id{};
   for (unsigned i = 0; i < depth; ++i) {
-    id = ExtendPathId(id, bondLabels_[path.bonds[i]], atomLabels_[path.atoms[i]], i);
+    LengthenPathId(id, bondLabels_[path.bonds[i]], atomLabels_[path.atoms[i]], i);
   }
   return id;
 }
 
 template <class Id>
 void PathGenerator<Id>::GeneratePathIdsStack(std::vector<Id>& ids) const {
-  std::vector<Level> levels;
-  ForEachStart([&](unsigned start, const Path& path) { WalkFrom(start, path, levels, ids); });
+  WalkWithStacks([&](const Id& id) { ids.push_back(id); });
 }
 
 template <class Id>
-void PathGenerator<Id>::WalkFrom(unsigned start, const Path& path, std::vector<Level>& levels,
-                                 std::vector<Id>& ids) const {
-  Enter(start, path.bonds[0], path, levels, ids);
-  while (!levels.empty()) {
-    const unsigned end = path.atoms[levels.size() - 1];
+template <class Record>
+void PathGenerator<Id>::WalkWithStacks(Record record) const {
+  std::vector<std::size_t> numTried;
+  ForEachStart([&](unsigned start, const Path& path) { WalkFrom(start, path, numTried, record); });
+}
+
+// numTried: for each atom of the path, how many of its bonds have been tried; empty before and after.
+template <class Id>
+template <class Record>
+void PathGenerator<Id>::WalkFrom(unsigned start, const Path& path, std::vector<std::size_t>& numTried,
+                                 Record& record) const {
+  Id id{};
+  const auto enter = [&](unsigned atom, unsigned bond) {
+    const auto depth = static_cast<unsigned>(numTried.size());
+    path.atoms[depth] = atom;
+    path.bonds[depth] = bond;
+    path.visited[atom] = 1;
+    LengthenPathId(id, bondLabels_[bond], atomLabels_[atom], depth);
+    numTried.push_back(0);
+    if (depth + 1 < minAtoms_) return;
+    record(std::as_const(id));
+    AddPattern(path, depth + 1, id);
+  };
+  enter(start, path.bonds[0]);
+  while (!numTried.empty()) {
+    const auto depth = static_cast<unsigned>(numTried.size() - 1);
+    const unsigned end = path.atoms[depth];
     const auto steps = mol_.Neighbors(end);
-    std::size_t& next = levels.back().numTried;
+    std::size_t& next = numTried.back();
     while (next < steps.size() && path.visited[steps[next].atom]) ++next;
-    if (levels.size() < maxAtoms_ && next < steps.size()) {
+    if (numTried.size() < maxAtoms_ && next < steps.size()) {
       const QXChem::QXNeighbor step = steps[next++];
-      Enter(step.atom, step.bond, path, levels, ids);
+      enter(step.atom, step.bond);
     } else {
       path.visited[end] = 0;
-      levels.pop_back();
+      numTried.pop_back();
+      ShortenPathId(id, bondLabels_[path.bonds[depth]], atomLabels_[end], depth);
     }
   }
-}
-
-// Makes the path one atom longer and records it.
-template <class Id>
-void PathGenerator<Id>::Enter(unsigned atom, unsigned bond, const Path& path, std::vector<Level>& levels,
-                              std::vector<Id>& ids) const {
-  const auto depth = static_cast<unsigned>(levels.size());
-  path.atoms[depth] = atom;
-  path.bonds[depth] = bond;
-  path.visited[atom] = 1;
-  Id id = ExtendPathId(depth ? levels.back().id : Id{}, bondLabels_[bond], atomLabels_[atom], depth);
-  if (depth + 1 >= minAtoms_) {
-    ids.push_back(id);
-    AddPattern(path, depth + 1, id);
-  }
-  levels.push_back({std::move(id), 0});
 }
 
 template <class Id>

@@ -21,8 +21,8 @@ inline QXChem::QXGraphMol MakeGraph(const std::vector<unsigned>& elements,
   return mol;
 }
 
-/// A ring in which every atom is bonded to the ones next to it and to those `chord` places further; the elements
-/// repeat along the ring. There are many ways around, and with one element all atoms are alike.
+/// A ring in which every atom is bonded to the ones next to it and to those `chord` places further; the
+/// elements repeat along the ring. There are many ways around, and with one element all atoms are alike.
 inline QXChem::QXGraphMol MakeCirculant(unsigned numAtoms, unsigned chord,
                                         const std::vector<unsigned>& pattern) {
   std::vector<unsigned> elements;

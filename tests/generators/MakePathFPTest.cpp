@@ -3,13 +3,10 @@
 #include <climits>
 
 #include "QXChem/QXPerception.h"
-#include "QXFingrix/QXFPAtomLabels.h"
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
-#include "QXFingrix/QXPrepareForFingerprinting.h"
-#include "QXFingrix/QXPrimes.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "generators/Graphs.h"
 #include "generators/Molecules.h"
@@ -205,36 +202,6 @@ TEST(MakePathFP, SymmetryClassesOfTheCallerDoNotLeaveOutStarts) {
     ASSERT_EQ(mol.GetAtom(0)->GetSymmetryClass(), mol.GetAtom(5)->GetSymmetryClass());
     ASSERT_TRUE(QXMakePathFP(fp, mol));
     EXPECT_TRUE(fp == expected) << smiles;
-  }
-}
-
-// The identifiers of the public generator over a molecule that no symmetry has been looked for in.
-void ExpectBitsOfThePublicGenerator(QXChem::QXGraphMol mol, const Params& p) {
-  QXFingerPrint fp;
-  ASSERT_TRUE(MakeFP(fp, mol, p));
-  ASSERT_TRUE(QXPrepareForFingerprinting(mol, QXFPType::Path));
-  std::vector<unsigned> atomLabels;
-  std::vector<unsigned> bondLabels;
-  QXGetFingerprintAtomTypes(atomLabels, bondLabels, mol, p.atype, p.btype);
-  std::vector<unsigned> ids;
-  QXPathIdGeneratorStack(ids, mol, atomLabels, bondLabels, p.minbonds, p.maxbonds);
-  QXSystem::QXBitVector expected(p.numbits);
-  for (const unsigned id : ids) expected.SetBitOn(id % QXGetHashSize(p.numbits));
-  EXPECT_TRUE(static_cast<const QXSystem::QXBitVector&>(fp) == expected);
-}
-
-constexpr Params sweep[] = {
-    {4096, 0, 5, 191, 3}, {65535, 0, 7, 191, 7}, {16, 0, 3, 191, 3},   {1000, 2, 6, 4239, 1},
-    {509, 0, 0, 1, 0},    {2048, 1, 1, 0, 1},    {16384, 4, 4, 63, 3}, {65521, 6, 9, 7999, 7},
-};
-
-TEST(MakePathFP, FastWalkAgreesWithTheGeneratorOverRealMolecules) {
-  const auto lines = test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi");
-  ASSERT_GT(lines.size(), 1000u);
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    SCOPED_TRACE(lines[i].name);
-    ExpectBitsOfThePublicGenerator(ReadSmiles(lines[i].smiles), sweep[i % std::size(sweep)]);
-    if (HasFailure()) break;
   }
 }
 

@@ -1,4 +1,4 @@
-// Counts what the global allocator is asked for.
+// Counts what the global allocator is asked for, and makes it fail.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
+#include "QXSystem/QXErrorHandler.h"
 #include "generators/Graphs.h"
 #include "generators/Molecules.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 thread_local std::size_t numAllocations = 0;
 thread_local std::size_t numBytes = 0;
+thread_local std::size_t failAt = 0;  // this allocation of the thread fails, counted as numAllocations
 
 }  // namespace
 
@@ -22,6 +24,7 @@ thread_local std::size_t numBytes = 0;
 [[gnu::noinline]] void* operator new(std::size_t size) {
   ++numAllocations;
   numBytes += size;
+  if (numAllocations == failAt) throw std::bad_alloc();
   if (void* memory = std::malloc(size ? size : 1)) return memory;
   throw std::bad_alloc();
 }
@@ -53,6 +56,31 @@ TEST(PathAllocation, NothingIsAllocatedAfterTheFirstPass) {
       .join();
   EXPECT_GT(inPass[0], 0u);
   EXPECT_EQ(inPass[1], 0u);
+}
+
+TEST(PathAllocation, AFailurePassesThroughAndTheNextCallIsRight) {
+  const QXChem::QXGraphMol mol = test::ReadSmiles("CC(C)Cc1ccc(cc1)C(C)C(=O)OCCN1CCOCC1");
+  QXFingerPrint expected;
+  ASSERT_TRUE(QXMakePathFP(expected, mol));
+  const QXSystem::QXErrorCollector collector;
+  std::size_t numFailed = 0;
+  for (bool failed = true; failed; numFailed += failed) {
+    std::thread([&] {  // a new one, which has no memory from other calls
+      QXFingerPrint fp;
+      failed = false;
+      failAt = numAllocations + numFailed + 1;
+      try {
+        QXMakePathFP(fp, mol);
+      } catch (const std::bad_alloc&) {
+        failed = true;
+      }
+      failAt = 0;
+      EXPECT_TRUE(QXMakePathFP(fp, mol));
+      EXPECT_TRUE(fp == expected) << numFailed;
+    })
+        .join();
+  }
+  EXPECT_GT(numFailed, 10u);
 }
 
 std::size_t CountPaths(const QXChem::QXMolBase& mol, unsigned atom, unsigned maxbonds,

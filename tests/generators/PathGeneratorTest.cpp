@@ -36,7 +36,8 @@ const GraphCase graphCases[] = {
      {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 0}, {0, 6}, {6, 3}}},
 };
 
-// Paths in the order of a depth-first walk, in the most direct way: whole lists of atoms are copied and extended.
+// Paths in the order of a depth-first walk, in the most direct way: whole lists of atoms are copied and
+// extended.
 void GrowPaths(const QXChem::QXMolBase& mol, std::vector<unsigned> path, unsigned maxbonds,
                std::vector<std::vector<unsigned>>& out) {
   out.push_back(path);
@@ -191,16 +192,16 @@ struct FragileId {
     --copiesLeft;
   }
   FragileId(FragileId&&) = default;
-  FragileId& operator=(const FragileId&) = default;
   FragileId& operator=(FragileId&&) = default;
   bool operator<(const FragileId&) const { return false; }
 
   static inline int copiesLeft = 0;
 };
 
-FragileId ExtendPathId(const FragileId& id, const FragileId&, const FragileId&, unsigned) {
-  return id;
+void LengthenPathId(FragileId& id, const FragileId& bondLabel, const FragileId&, unsigned) {
+  id = FragileId(bondLabel);
 }
+void ShortenPathId(FragileId&, const FragileId&, const FragileId&, unsigned) {}
 
 TEST(PathGenerator, LabelArraysHaveTheirOldLengthAfterAnExceptionAnywhere) {
   const QXChem::QXGraphMol mol = MakeGraph({6, 6, 6}, {{0, 1}, {1, 2}});
@@ -228,6 +229,27 @@ TEST(PathGenerator, LabelArraysHaveTheirOldLengthAfterAnExceptionAnywhere) {
     }
     EXPECT_GT(numThrown, 10u);
   }
+}
+
+TEST(PathGenerator, PathLongerThanAnyCallStackIsWalked) {
+  constexpr unsigned numAtoms = 200'000;
+  QXChem::QXGraphMol mol;
+  mol.NewAtom(6);  // no walk starts at the wildcards that follow
+  for (unsigned i = 1; i < numAtoms; ++i) {
+    mol.NewAtom(0);
+    mol.NewBond(i - 1, i, 1);
+  }
+  std::vector<std::string> atomLabels(numAtoms, "*");
+  std::vector<std::string> bondLabels(numAtoms - 1, "-");
+  std::string path = "*";
+  for (unsigned i = 1; i < numAtoms; ++i) path += "-*";
+  const std::set<std::string> expected{path, path.substr(2)};
+  std::set<std::string> distinct;
+  EXPECT_EQ(QXPathIdGenerator(distinct, mol, atomLabels, bondLabels, numAtoms - 2, numAtoms - 1), 2u);
+  EXPECT_TRUE(distinct == expected);
+  std::vector<std::string> inOrder;
+  EXPECT_EQ(QXPathIdGeneratorStack(inOrder, mol, atomLabels, bondLabels, numAtoms - 2, numAtoms - 1), 2u);
+  EXPECT_TRUE(std::set(inOrder.begin(), inOrder.end()) == expected);
 }
 
 TEST(PathGenerator, MissingLabelsAreReportedAndNothingIsWalked) {

@@ -1,5 +1,5 @@
-// Path fingerprints against tests/reference/path_reference.py, which was written from the rules and not from this
-// library, and against bits that it gave once and for all (tests/golden/path_bits.tsv).
+// Path fingerprints against tests/reference/path_reference.py, which was written from the rules and not from
+// this library, and against bits that it gave once and for all (tests/golden/path_bits.tsv).
 
 #include <gtest/gtest.h>
 
@@ -104,7 +104,7 @@ TEST(PathReference, BitsAgreeForFiveThousandDrugLikeMolecules) {
   CompareWithReference(python, file, 5000);
 }
 
-// Columns: name, SMILES, bits under each type named in the header line. Lines that start with '#' are comments.
+// Columns: name, SMILES, bits under each type named in the header line. Lines starting with '#' are comments.
 TEST(PathReference, BitsAreStillThoseOfTheGoldenFile) {
   std::ifstream golden(QX_SOURCE_DIR "/tests/golden/path_bits.tsv");
   ASSERT_TRUE(golden.is_open());
