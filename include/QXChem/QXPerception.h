@@ -27,10 +27,10 @@ QX_API void QXAssignHybridization(QXMolBase& mol);
 
 /// Marks the atoms and double bonds that can carry stereo, from the graph alone: neither the drawing nor the
 /// order of the atoms matters.
-/// Atom: C, Si, Ge or Sn with four different substituents, at most one of them H; N+ with four, none of them
-/// H; P with three or four; three-connected S or Se of valence 4 (sulfoxides, sulfinates), or S+ or Se+ of
-/// valence 3. Substituents are different when their atoms lie in different classes of the refinement
-/// (QXPerceiveSymmetry with proven false).
+/// Atom, not aromatic: C, Si, Ge or Sn with four different substituents, at most one of them H; N+ with four,
+/// none of them H; P with three or four; three-connected S or Se of valence 4 (sulfoxides, sulfinates), or S+ or
+/// Se+ with three single bonds. Substituents are different when their atoms lie in different classes of the
+/// refinement (QXPerceiveSymmetry with proven false), for which isotopes count and map numbers do not.
 /// Bond: a double bond, not aromatic, in no ring of fewer than 8 atoms, each end with two different
 /// substituents; at nitrogen the lone pair counts as one.
 /// Centres that are different only through other centres are not counted.
@@ -41,8 +41,9 @@ QX_API void QXPerceiveChiral(QXMolBase& mol);
 /// proven false: the stable partition of a refinement; atoms in different classes are never equivalent.
 /// proven true: two atoms share a class only if automorphisms that join them have been found, so that a walk
 /// from one of them tells nothing that a walk from the other does not. Everything that atom and bond labels
-/// depend on is preserved, isotopes and map numbers too.
-/// withChirality: the chirality flags tell atoms and bonds apart; they are perceived when unknown.
+/// depend on is preserved, isotopes too; map numbers are not looked at.
+/// withChirality: the chirality flags tell atoms and bonds apart; in a proof they always do.
+/// What the classes rest on (rings, aromaticity, hybridisation) and chirality are perceived when unknown.
 /// Cost     a few microseconds for a drug-like molecule; the search for automorphisms is bounded.
 QX_API void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality);
 

@@ -3,12 +3,15 @@
 // lie in different classes of the refinement, so atoms that differ by nothing but other centres'
 // configuration count as equal.
 
+#include "chem/Chirality.h"
+
 #include <algorithm>
 #include <array>
 
 #include "QXChem/QXPerception.h"
 #include "chem/MolAccess.h"
 #include "chem/Refinement.h"
+#include "chem/ThreadScratch.h"
 
 namespace QXChem {
 namespace {
@@ -22,7 +25,7 @@ bool IsTetrahedralElement(unsigned element) {
 // Whether the number and kind of its substituents allow a centre here; their difference is tested later.
 bool IsCandidate(const QXAtomBase& atom) {
   const unsigned degree = atom.GetDegree();
-  if (degree < 2 || degree > 4 || atom.GetTotalHCount() > 1) return false;
+  if (degree < 2 || degree > 4 || atom.GetTotalHCount() > 1 || atom.IsAromatic()) return false;
   const unsigned substituents = degree + atom.GetImplicitHCount();
   const unsigned element = atom.GetAtomicNum();
   if (IsTetrahedralElement(element)) return substituents == 4;
@@ -95,11 +98,8 @@ bool HaveDifferentClasses(const QXAtomBase& atom, std::span<const unsigned> clas
   return true;
 }
 
-}  // namespace
-
-void QXPerceiveChiral(QXMolBase& mol) {
-  if (mol.IsPerceived(QXPerceived::Chirality)) return;
-  QXFindRingAtomsAndBonds(mol);
+// Marks what may be a centre; false when there is nothing.
+bool MarkCandidates(QXMolBase& mol) {
   bool any = false;
   for (QXAtomBase& atom : MolAccess::Atoms(mol)) {
     const bool candidate = IsCandidate(atom);
@@ -111,20 +111,38 @@ void QXPerceiveChiral(QXMolBase& mol) {
     MolAccess::SetChiral(bond, candidate);
     any |= candidate;
   }
-  MolAccess::MarkPerceived(mol, QXPerceived::Chirality);
-  if (!any) return;
+  return any;
+}
 
-  thread_local Refinement refinement;
-  refinement.Run(mol, false);
-  const auto classes = refinement.ClassOfAtom();
+// Leaves the mark on those candidates whose substituents differ.
+void TestCandidates(QXMolBase& mol, std::span<const unsigned> classOfAtom) {
   for (QXAtomBase& atom : MolAccess::Atoms(mol)) {
-    if (atom.IsChiral()) MolAccess::SetChiral(atom, HaveDifferentClasses(atom, classes, noBond));
+    if (atom.IsChiral()) MolAccess::SetChiral(atom, HaveDifferentClasses(atom, classOfAtom, noBond));
   }
   for (QXBondBase& bond : MolAccess::Bonds(mol)) {
     if (!bond.IsChiral()) continue;
-    MolAccess::SetChiral(bond, HaveDifferentClasses(*bond.GetBgn(), classes, bond.GetIdx()) &&
-                                   HaveDifferentClasses(*bond.GetEnd(), classes, bond.GetIdx()));
+    MolAccess::SetChiral(bond, HaveDifferentClasses(*bond.GetBgn(), classOfAtom, bond.GetIdx()) &&
+                                   HaveDifferentClasses(*bond.GetEnd(), classOfAtom, bond.GetIdx()));
   }
+}
+
+}  // namespace
+
+void QXPerceiveChiral(QXMolBase& mol) {
+  if (mol.IsPerceived(QXPerceived::Chirality)) return;
+  QXFindRingAtomsAndBonds(mol);
+  QXAssignAromaticFlags(mol);
+  if (MarkCandidates(mol)) {
+    ThreadScratch<Refinement> refinement(mol);
+    refinement->Run(mol, false);
+    TestCandidates(mol, refinement->ClassOfAtom());
+  }
+  MolAccess::MarkPerceived(mol, QXPerceived::Chirality);
+}
+
+void PerceiveChiralFrom(QXMolBase& mol, std::span<const unsigned> classOfAtom) {
+  if (MarkCandidates(mol)) TestCandidates(mol, classOfAtom);
+  MolAccess::MarkPerceived(mol, QXPerceived::Chirality);
 }
 
 }  // namespace QXChem

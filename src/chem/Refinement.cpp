@@ -1,7 +1,9 @@
 // Colour refinement with 64-bit hashes. In every round an atom's colour becomes a hash of its own colour and
 // of the multiset of its neighbours' colours and bonds, for which a sum stands: colours and bond colours are
 // hashes, so the sums of different multisets differ as random numbers do. A round can only split classes, so
-// the partition is stable as soon as their number stops growing. Colours do not depend on the order of the
+// the partition is stable as soon as their number stops growing. In a long chain that takes half as many
+// rounds as there are atoms, so after some rounds the rest is left to StablePartition, which is slower than a
+// few rounds but needs no more than O(bonds x log(atoms)). Colours do not depend on the order of the
 // atoms. A collision has a probability of about 2^-64 and only merges classes; whoever needs certainty checks
 // the keys (see Symmetry.cpp).
 
@@ -11,6 +13,8 @@
 
 namespace QXChem {
 namespace {
+
+constexpr unsigned maxRounds = 32;
 
 constexpr std::uint64_t MixBits(std::uint64_t value) {
   value *= 0x9E3779B97F4A7C15ULL;
@@ -25,13 +29,10 @@ std::uint64_t AtomKey(const QXAtomBase& atom, bool withChirality) {
   std::uint64_t key = atom.GetAtomicNum();
   key = key << 8 | static_cast<std::uint8_t>(atom.GetFormalCharge());
   key = key << 8 | atom.GetImplicitHCount();
-  key = key << 3 | atom.GetHyb();
   key = key << 1 | static_cast<unsigned>(atom.IsAromatic());
   key = key << 1 | static_cast<unsigned>(atom.IsInRing());
   key = key << 1 | static_cast<unsigned>(withChirality && atom.IsChiral());
-  key = key << 16 | atom.GetIsotope();
-  // Map numbers are rare and small; a larger one shares the key with another only above 2^18.
-  return key | static_cast<std::uint64_t>(atom.GetMapIdx()) << 46;
+  return key << 16 | atom.GetIsotope();
 }
 
 std::uint32_t BondKey(const QXBondBase& bond, unsigned fromAtom, bool withChirality) {
@@ -47,11 +48,27 @@ void Refinement::Run(const QXMolBase& mol, bool withChirality) {
   Mix(mol);
   Mix(mol);
   numClasses_ = Classify();
-  while (numClasses_ < mol.NumAtoms()) {
+  for (unsigned round = 2; numClasses_ < mol.NumAtoms(); ++round) {
+    if (round == maxRounds) {
+      numClasses_ = partition_.Run(mol, bondColors_, classOfAtom_, numClasses_);
+      NumberByFirstAtom();
+      return;
+    }
     Mix(mol);
     const unsigned finer = Classify();
-    if (finer == numClasses_) break;
+    if (finer == numClasses_) return;
     numClasses_ = finer;
+  }
+}
+
+void Refinement::NumberByFirstAtom() {
+  constexpr unsigned unset = ~0U;
+  newNumber_.assign(numClasses_, unset);
+  unsigned count = 0;
+  for (unsigned& value : classOfAtom_) {
+    unsigned& number = newNumber_[value];
+    if (number == unset) number = count++;
+    value = number;
   }
 }
 

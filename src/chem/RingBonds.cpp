@@ -7,6 +7,7 @@
 
 #include "QXChem/QXPerception.h"
 #include "chem/MolAccess.h"
+#include "chem/ThreadScratch.h"
 
 namespace QXChem {
 namespace {
@@ -19,6 +20,7 @@ class RingMarker {
     atoms_ = MolAccess::Atoms(mol);
     bonds_ = MolAccess::Bonds(mol);
     numVisited_ = 0;
+    stack_.clear();  // not empty after an exception
     order_.assign(mol.NumAtoms(), unvisited_);
     low_.resize(mol.NumAtoms());
     for (QXAtomBase& atom : atoms_) MolAccess::SetInRing(atom, false);
@@ -90,8 +92,7 @@ class RingMarker {
 
 void QXFindRingAtomsAndBonds(QXMolBase& mol) {
   if (mol.IsPerceived(QXPerceived::Rings)) return;
-  thread_local RingMarker marker;
-  marker.Run(mol);
+  ThreadScratch<RingMarker>(mol)->Run(mol);
   MolAccess::MarkPerceived(mol, QXPerceived::Rings);
 }
 

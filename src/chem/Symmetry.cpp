@@ -14,8 +14,10 @@
 #include <numeric>
 
 #include "QXChem/QXPerception.h"
+#include "chem/Chirality.h"
 #include "chem/MolAccess.h"
 #include "chem/Refinement.h"
+#include "chem/ThreadScratch.h"
 
 namespace QXChem {
 namespace {
@@ -23,11 +25,9 @@ namespace {
 class SymmetryProver {
  public:
   // Leaves the representative of each atom's proven class in Root().
-  void Run(const QXMolBase& mol, std::span<const unsigned> classOfAtom, unsigned numClasses,
-           bool withChirality) {
+  void Run(const QXMolBase& mol, std::span<const unsigned> classOfAtom, unsigned numClasses) {
     mol_ = &mol;
     classOfAtom_ = classOfAtom;
-    withChirality_ = withChirality;
     budget_ = 1000 + 200 * (static_cast<std::size_t>(mol.NumAtoms()) + mol.NumBonds());
     root_.resize(mol.NumAtoms());
     std::iota(root_.begin(), root_.end(), 0U);
@@ -123,14 +123,20 @@ class SymmetryProver {
     return std::ranges::all_of(moved_, [&](unsigned atom) {
       const unsigned image = image_[atom];
       const auto neighbors = mol_->Neighbors(atom);
-      if (neighbors.size() != mol_->Neighbors(image).size()) return false;
-      if (AtomKey(mol_->Atoms()[atom], withChirality_) != AtomKey(mol_->Atoms()[image], withChirality_))
-        return false;
+      if (!Spend() || neighbors.size() != mol_->Neighbors(image).size()) return false;
+      if (!LookAlike(mol_->Atoms()[atom], mol_->Atoms()[image])) return false;
       return std::ranges::all_of(neighbors, [&](const QXNeighbor& neighbor) {
         const unsigned target = image_[neighbor.atom] == unset_ ? neighbor.atom : image_[neighbor.atom];
         return HasBond(image, target, Key(neighbor, atom));
       });
     });
+  }
+
+  // Whether no label tells the two apart, chirality included. The valence stands for the orders of aromatic
+  // bonds, which the keys leave out.
+  static bool LookAlike(const QXAtomBase& a, const QXAtomBase& b) {
+    return AtomKey(a, true) == AtomKey(b, true) && a.GetHyb() == b.GetHyb() &&
+           a.GetValence() == b.GetValence();
   }
 
   bool HasBond(unsigned from, unsigned to, std::uint32_t key) {
@@ -147,7 +153,7 @@ class SymmetryProver {
   }
 
   std::uint32_t Key(const QXNeighbor& neighbor, unsigned from) const {
-    return BondKey(mol_->Bonds()[neighbor.bond], from, withChirality_);
+    return BondKey(mol_->Bonds()[neighbor.bond], from, true);
   }
 
   bool Spend() { return budget_ > 0 && --budget_ > 0; }
@@ -156,7 +162,6 @@ class SymmetryProver {
 
   const QXMolBase* mol_ = nullptr;
   std::span<const unsigned> classOfAtom_;
-  bool withChirality_ = false;
   std::size_t budget_ = 0;
   std::vector<unsigned> root_;
   std::vector<unsigned> image_;
@@ -177,26 +182,29 @@ struct Scratch {
 
 void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality) {
   QXFindRingAtomsAndBonds(mol);
+  QXAssignAromaticFlags(mol);
+  QXAssignHybridization(mol);
   if (withChirality) QXPerceiveChiral(mol);
-  thread_local Scratch scratch;
-  scratch.refinement.Run(mol, withChirality);
-  const auto classes = scratch.refinement.ClassOfAtom();
+  ThreadScratch<Scratch> scratch(mol);
+  scratch->refinement.Run(mol, withChirality);
+  const auto classes = scratch->refinement.ClassOfAtom();
+  // These classes are what chirality would compute once more.
+  if (!mol.IsPerceived(QXPerceived::Chirality)) PerceiveChiralFrom(mol, classes);
   const auto atoms = MolAccess::Atoms(mol);
-  MolAccess::MarkPerceived(mol, QXPerceived::Symmetry);
-  if (!proven || scratch.refinement.NumClasses() == mol.NumAtoms()) {
+  if (!proven || scratch->refinement.NumClasses() == mol.NumAtoms()) {
     for (QXAtomBase& atom : atoms) MolAccess::SetSymmetryClass(atom, classes[atom.GetIdx()] + 1);
+    MolAccess::MarkPerceived(mol, QXPerceived::Symmetry);
     return;
   }
-  // Flags that are there already tell atoms apart even when not asked for: labels may use them.
-  scratch.prover.Run(mol, classes, scratch.refinement.NumClasses(),
-                     withChirality || mol.IsPerceived(QXPerceived::Chirality));
-  scratch.number.assign(mol.NumAtoms(), 0);
+  scratch->prover.Run(mol, classes, scratch->refinement.NumClasses());
+  scratch->number.assign(mol.NumAtoms(), 0);
   unsigned numClasses = 0;
   for (QXAtomBase& atom : atoms) {
-    unsigned& number = scratch.number[scratch.prover.Root(atom.GetIdx())];
+    unsigned& number = scratch->number[scratch->prover.Root(atom.GetIdx())];
     if (number == 0) number = ++numClasses;
     MolAccess::SetSymmetryClass(atom, number);
   }
+  MolAccess::MarkPerceived(mol, QXPerceived::Symmetry);
 }
 
 }  // namespace QXChem

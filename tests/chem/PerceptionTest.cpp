@@ -75,31 +75,36 @@ Stereo FindStereo(QXGraphMol mol) {
 TEST(Chirality, TableOfAtoms) {
   const std::vector<std::pair<const char*, std::vector<unsigned>>> cases = {
       {"CC(N)O", {1}},
-      {"C[C@H](N)O", {1}},          // drawn or not makes no difference
-      {"CC(N)(O)[H]", {1}},         // nor does an explicit hydrogen
-      {"CC(C)O", {}},               // two methyl groups
-      {"CC(O)CC(C)O", {1, 4}},      // equal centres
-      {"OC1CCC(O)CC1", {}},         // different through the other centre only
-      {"OC1CCCC(C)C1", {1, 5}},     // a ring whose two ways round differ
-      {"C([2H])([3H])(C)O", {}},    // two hydrogens, isotopes or not
-      {"[13CH3]C(C)O", {1}},        // isotopes of heavy atoms tell apart
-      {"C[Si](F)(Cl)Br", {1}},      //
-      {"C[Ge](F)(Cl)Br", {1}},      //
-      {"C[Sn](F)(Cl)Br", {1}},      //
-      {"C[N+](CC)(CCC)CCCC", {1}},  //
-      {"CN(CC)CCC", {}},            // amines invert
-      {"C[NH+](CC)CCC", {}},        // so do their salts
-      {"CS(=O)CC", {1}},            //
-      {"C[S+]([O-])CC", {1}},       //
-      {"C[S+](CC)CCC", {1}},        //
-      {"CS(=O)C", {}},              //
-      {"CS(=O)(=O)CC", {}},         //
-      {"C[Se](=O)CC", {1}},         //
-      {"CP(CC)CCC", {1}},           //
-      {"CP(=O)(CC)CCC", {1}},       //
-      {"C[P+](CC)(CCC)CCCC", {1}},  //
-      {"CP(C)CC", {}},              //
-      {"C=C(N)O", {}},              //
+      {"C[C@H](N)O", {1}},                   // drawn or not makes no difference
+      {"CC(N)(O)[H]", {1}},                  // nor does an explicit hydrogen
+      {"CC(C)O", {}},                        // two methyl groups
+      {"CC(O)CC(C)O", {1, 4}},               // equal centres
+      {"OC1CCC(O)CC1", {}},                  // different through the other centre only
+      {"OC1CCCC(C)C1", {1, 5}},              // a ring whose two ways round differ
+      {"C([2H])([3H])(C)O", {}},             // two hydrogens, isotopes or not
+      {"[13CH3]C(C)O", {1}},                 // isotopes of heavy atoms tell apart
+      {"C[Si](F)(Cl)Br", {1}},               //
+      {"C[Ge](F)(Cl)Br", {1}},               //
+      {"C[Sn](F)(Cl)Br", {1}},               //
+      {"C[N+](CC)(CCC)CCCC", {1}},           //
+      {"CN(CC)CCC", {}},                     // amines invert
+      {"C[NH+](CC)CCC", {}},                 // so do their salts
+      {"CS(=O)CC", {1}},                     //
+      {"C[S+]([O-])CC", {1}},                //
+      {"C[S+](CC)CCC", {1}},                 //
+      {"CS(=O)C", {}},                       //
+      {"CS(=O)(=O)CC", {}},                  //
+      {"C[Se](=O)CC", {1}},                  //
+      {"CP(CC)CCC", {1}},                    //
+      {"CP(=O)(CC)CCC", {1}},                //
+      {"C[P+](CC)(CCC)CCCC", {1}},           //
+      {"CP(C)CC", {}},                       //
+      {"C=C(N)O", {}},                       //
+      {"C[S+](=O)=NC", {}},                  // flat
+      {"Cp1ccc2ccccc12", {}},                // so are aromatic atoms
+      {"C[s+]1ccc2ccccc12", {}},             //
+      {"C[se+]1ccc2ccccc12", {}},            //
+      {"[CH3:1][CH:2]([CH3:3])[OH:4]", {}},  // map numbers are no difference
       {"C1CC1.CC(N)(O)F", {4}}};
   for (const auto& [smiles, atoms] : cases) EXPECT_EQ(FindStereo(FromSmiles(smiles)).atoms, atoms) << smiles;
 }
@@ -110,6 +115,7 @@ TEST(Chirality, TableOfBonds) {
       {"C/C=C\\C", {{1, 2}}},
       {"CC=C", {}},
       {"CC=C(C)C", {}},
+      {"CC=C([CH3:1])[CH3:2]", {}},
       {"CC=C=CC", {}},
       {"CC=NO", {{1, 2}}},
       {"CC=N", {}},
@@ -124,6 +130,34 @@ TEST(Chirality, TableOfBonds) {
       {"CC=C1CCCC(C)C1", {{1, 2}}},
       {"CC=CC=CC", {{1, 2}, {3, 4}}}};
   for (const auto& [smiles, bonds] : cases) EXPECT_EQ(FindStereo(FromSmiles(smiles)).bonds, bonds) << smiles;
+}
+
+// Two o-tolyl groups on one carbon, their rings drawn with the two Kekulé forms.
+QXGraphMol MakeDitolylFluoromethane() {
+  QXGraphMol mol;
+  mol.NewAtom(9);
+  mol.NewAtom(6)->SetImplicitHCount(1);
+  mol.NewBond(0, 1, 1);
+  for (const unsigned firstOrder : {1u, 2u}) {
+    const unsigned first = mol.NumAtoms();
+    for (unsigned i = 0; i < 7; ++i) mol.NewAtom(6)->SetImplicitHCount(i == 6 ? 3 : i > 1);
+    for (unsigned i = 0; i < 6; ++i)
+      mol.NewBond(first + i, first + (i + 1) % 6, i % 2 ? 3 - firstOrder : firstOrder);
+    mol.NewBond(first + 1, first + 6, 1);
+    mol.NewBond(1, first, 1);
+  }
+  return mol;
+}
+
+TEST(Chirality, KnowsAromaticRingsWhateverWasKnownBefore) {
+  QXGraphMol mol = MakeDitolylFluoromethane();
+  EXPECT_EQ(FindStereo(mol).atoms, std::vector<unsigned>());
+  // A ring that is no longer aromatic tells the groups apart; its old flags do not count.
+  QXPerceiveChiral(mol);
+  mol.GetBond(mol.GetBond(9, 10)->GetIdx())->SetOrder(1);
+  mol.GetAtom(9)->SetImplicitHCount(1);
+  mol.GetAtom(10)->SetImplicitHCount(1);
+  EXPECT_EQ(FindStereo(mol).atoms, (std::vector<unsigned>{1, 9, 10}));
 }
 
 TEST(SuppressHydrogens, TableOfWhatGoesAndWhatStays) {

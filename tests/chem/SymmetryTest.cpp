@@ -64,7 +64,8 @@ class Walks {
  private:
   void Extend(unsigned atom, std::uint64_t id, unsigned numBonds) {
     const QXAtomBase& a = mol_.Atoms()[atom];
-    id = (id ^ AtomKey(a, withChirality_) ^ (std::uint64_t{a.GetDegree()} << 60)) * 0x9E3779B97F4A7C15ULL;
+    id = (id ^ AtomKey(a, withChirality_) ^ (std::uint64_t{a.GetDegree() * 8 + a.GetHyb()} << 57)) *
+         0x9E3779B97F4A7C15ULL;
     id ^= id >> 31;
     found_.push_back(id);
     if (numBonds == maxBonds_) return;
@@ -193,7 +194,7 @@ TEST(Symmetry, TableOfClasses) {
       {"CC(C)(C)C", {1, 2, 1, 1, 1}},
       {"FC(F)(F)Cl", {1, 2, 1, 1, 3}},
       {"[13CH3]C", {1, 2}},
-      {"[CH3:1]C", {1, 2}},
+      {"[CH3:1]C", {1, 1}},
       {"O=C([O-])C", {1, 2, 3, 4}},
       {"CCN.CCN", {1, 2, 3, 1, 2, 3}},
       {"C1=CC=CC=CC=C1", {1, 1, 1, 1, 1, 1, 1, 1}}};
@@ -201,6 +202,69 @@ TEST(Symmetry, TableOfClasses) {
     EXPECT_EQ(Classes(FromSmiles(smiles), true), classes) << smiles;
     EXPECT_EQ(Classes(FromSmiles(smiles), false), classes) << smiles;
   }
+}
+
+// Splits classes by the sorted classes of the neighbours until nothing changes.
+std::vector<unsigned> RefineStepByStep(const QXMolBase& mol) {
+  std::vector<unsigned> classes(mol.NumAtoms());
+  for (std::size_t known = 0;;) {
+    std::map<std::vector<std::uint64_t>, unsigned> numbers;
+    std::vector<unsigned> finer;
+    for (const QXAtomBase& atom : mol.Atoms()) {
+      std::vector<std::uint64_t> key;
+      for (const QXNeighbor& next : atom.GetNeighbors()) {
+        const std::uint64_t bond = BondKey(mol.Bonds()[next.bond], atom.GetIdx(), false);
+        key.push_back(bond << 32 | classes[next.atom]);
+      }
+      std::ranges::sort(key);
+      key.insert(key.end(), {AtomKey(atom, false), classes[atom.GetIdx()]});
+      finer.push_back(numbers.try_emplace(key, static_cast<unsigned>(numbers.size()) + 1).first->second);
+    }
+    classes = finer;
+    if (numbers.size() == known) return classes;
+    known = numbers.size();
+  }
+}
+
+// Differences that must travel far, beyond the rounds after which the refinement changes its method.
+TEST(Symmetry, LongStructuresAreRefinedToTheEnd) {
+  const std::string chain(150, 'C');
+  const std::vector<std::string> structures = {chain,
+                                               "O" + chain,
+                                               "C1" + chain + "1",
+                                               "F" + chain + "=" + chain + "F." + chain + "N",
+                                               chain + "(" + chain + ")(" + chain + ")" + chain,
+                                               "C1" + chain + "C1C(C)" + chain + "C(C)" + chain,
+                                               chain + "->[Fe]<-" + chain,
+                                               chain + "[Fe]->" + chain};
+  for (const std::string& smiles : structures) {
+    const QXGraphMol mol = FromSmiles(smiles);
+    EXPECT_EQ(Classes(mol, false), RefineStepByStep(mol)) << smiles;
+  }
+}
+
+TEST(Symmetry, HalvesOfAGiantChainAreJoined) {
+  constexpr unsigned size = 100000;
+  QXGraphMol mol = FromSmiles(std::string(size, 'C'));
+  QXPerceiveSymmetry(mol, true, true);
+  unsigned numWrong = 0;
+  for (unsigned i = 0; i < size; ++i)
+    numWrong += mol.GetAtom(i)->GetSymmetryClass() != std::min(i, size - 1 - i) + 1;
+  EXPECT_EQ(numWrong, 0u);
+}
+
+// Flags set by hand can hide bond orders from which labels are computed.
+TEST(Symmetry, AtomsOfDifferentValenceAreNotJoined) {
+  QXGraphMol mol;
+  for (unsigned i = 0; i < 24; ++i) mol.NewAtom(6);
+  for (unsigned i = 0; i < 23; ++i) mol.NewBond(i, i + 1, i == 0 ? 2 : 1);
+  mol.GetBond(0u)->SetAromatic(true);
+  mol.GetBond(22u)->SetAromatic(true);
+  EXPECT_EQ(NumClasses(Classes(mol, true)), 24u);
+  for (unsigned i = 0; i < 24; ++i) mol.GetAtom(i)->SetHyb(3);
+  EXPECT_EQ(NumClasses(Classes(mol, true)), 24u);
+  mol.GetBond(0u)->SetOrder(1);
+  EXPECT_EQ(NumClasses(Classes(mol, true)), 12u);
 }
 
 TEST(Symmetry, ChiralityFlagsTellAtomsApartWhenAsked) {

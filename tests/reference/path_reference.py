@@ -152,7 +152,7 @@ class Graph:
             return charge == 1 and degree == 4 and hydrogens == 0
         if self.z[i] in (16, 34):
             # sulfoxide, drawn with a double bond or with charges, and sulfonium
-            return degree == 3 and hydrogens == 0 and (charge == 1 or self.valence[i] == 4)
+            return degree == 3 and hydrogens == 0 and self.valence[i] == (3 if charge == 1 else 4)
         if self.z[i] == 15:
             return connections == 4 or (connections == 3 and self.valence[i] == 3)
         return False
