@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 
 #include "QXSystem/QXErrorHandler.h"
@@ -17,9 +19,10 @@ using QXSystem::QXThrow;
 
 namespace {
 
-bool IsAtLeast(int file, std::size_t length) {
+bool IsFileOfAtLeast(int file, std::size_t length) {
   struct stat status;
-  return fstat(file, &status) == 0 && static_cast<std::uint64_t>(status.st_size) >= length;
+  return fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+         static_cast<std::uint64_t>(status.st_size) >= length;
 }
 
 char* Map(int file, std::size_t length, int protection) {
@@ -37,8 +40,10 @@ const char* Stretch(int file, std::size_t length) {
     return seekFailure;
   if (lseek(file, static_cast<off_t>(length - 1), SEEK_SET) == -1) return seekFailure;
   if (write(file, "", 1) != 1) return writeFailure;
-  const int status = posix_fallocate(file, 0, static_cast<off_t>(length));
-  return status == ENOSPC || status == EFBIG || status == EIO ? writeFailure : nullptr;
+  int status = EINTR;
+  while (status == EINTR) status = posix_fallocate(file, 0, static_cast<off_t>(length));
+  constexpr int goodEnough[] = {0, EOPNOTSUPP, EINVAL, ENODEV, ENOSYS};
+  return std::ranges::find(goodEnough, status) == std::end(goodEnough) ? writeFailure : nullptr;
 }
 
 void CloseMapping(int& file, std::size_t& length, char*& data) {
@@ -54,13 +59,14 @@ void CloseMapping(int& file, std::size_t& length, char*& data) {
 
 bool MMapInputFile::Open(const std::string& path, std::size_t length) {
   Close();
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // Opening a pipe would wait for a writer.
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (file == -1) {
     QXThrow.Error("Error opening file for reading: %s", path.c_str());
     return false;
   }
   // Beyond the end of the file the mapping could not be read.
-  char* const data = IsAtLeast(file, length) ? Map(file, length, PROT_READ) : nullptr;
+  char* const data = IsFileOfAtLeast(file, length) ? Map(file, length, PROT_READ) : nullptr;
   if (data == nullptr) {
     close(file);
     QXThrow.Error("Error mmapping the file: %s", path.c_str());
