@@ -27,7 +27,9 @@ void CandidateFilter::Narrow(std::uint64_t recordBits, double bar) {
   const double loweredBar = descending_ ? bar - std::abs(bar) * slack : bar + std::abs(bar) * slack;
   const auto reaches = [&](std::uint32_t sharedBits) {
     const double score = scorer_(recordBits, sharedBits);
-    return descending_ ? score >= loweredBar : score <= loweredBar;
+    // A Euclid score that is not a number comes from fewer shared bits than any that is one: in ascending
+    // order it is on the side of those that reach the bar.
+    return descending_ ? score >= loweredBar : !(score > loweredBar);
   };
   // Either the counts from some border on reach the bar, or those below it.
   const bool wantsMany = descending_ == scorer_.RisesWithSharedBits();

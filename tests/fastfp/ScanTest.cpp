@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cmath>
 #include <cstring>
 #include <ostream>
 #include <thread>
@@ -171,9 +173,35 @@ TEST(Scan, AgreesWithTheNaiveSearchOnDamagedRecords) {
   CheckDataSet(DataSet(2048, 1200, true, 2));
 }
 
-// A claim is cut into pieces of 800 records, so this file makes many claims for every thread.
+// Stored bit counts that are too large make Euclid scores of few shared bits no number. The first record
+// misses the cutoff, the second passes with fewer shared bits, the third has no score.
+TEST(Scan, EuclidFindsRecordsBesideThoseWithoutAScore) {
+  const TempDir dir;
+  const QXFPTypeBase* const type = PathType(1024);
+  std::vector<QXFingerPrint> fps(3);
+  const unsigned numShared[] = {512, 246, 0};
+  for (std::size_t i = 0; i < fps.size(); ++i) {
+    fps[i].SetSize(1024);
+    fps[i].SetFPTypeBase(type);
+    for (unsigned bit = 0; bit < numShared[i]; ++bit) fps[i].SetBitOn(bit);
+  }
+  std::string bytes = FpbinBytes(type, fps);
+  const std::uint64_t bitCount = 1000;
+  for (std::size_t i = 0; i < fps.size(); ++i) std::memcpy(bytes.data() + 800 + i * 144 + 8, &bitCount, 8);
+  WriteFile(dir.File("x.fpbin"), bytes);
+  const QXFastFPMemoryMapDatabaseImpl engine(dir.File("x.fpbin"));
+  QXFPDatabaseOptions options(10, QXSimMeasure::Euclid);
+  options.SetDescendingOrder(false);
+  options.SetCutoff(0.1F);
+  const std::vector<QXSimScore> expected = {{1, std::sqrt(4.0 / 1024)}};
+  ExpectSame(Collect(engine.GetScores(fps[0], options)), expected);
+  ExpectSame(Collect(engine.GetSortedScores(fps[0], options)), expected);
+}
+
+// A claim is cut into pieces of 800 records, so this file makes many claims for every thread; the last block
+// is a half one.
 TEST(Scan, ProgressGrowsInWholeBlocksWhileSearchesShareADatabase) {
-  const std::size_t numRecords = 60000;
+  const std::size_t numRecords = 59950;
   TempDir dir;
   const QXFPTypeBase* const type = PathType(1024);
   std::mt19937_64 random(5);
@@ -187,23 +215,29 @@ TEST(Scan, ProgressGrowsInWholeBlocksWhileSearchesShareADatabase) {
   const auto expected = Collect(engine.GetSortedScores(fps[0], options));
 
   QXSimSearchResultImpl results[2] = {{0, 0.0, 1.0}, {50, 0.0, 1.0}};
+  std::atomic<bool> isSeen = false;  // a search that had done some of the records
+  std::atomic<int> numDone = 0;
   std::vector<std::jthread> threads;
   for (QXSimSearchResultImpl& result : results) {
     threads.emplace_back([&] {
-      for (int round = 0; round < 5; ++round) {
+      for (int round = 0; round < 5 || (!isSeen && round < 5000); ++round) {
         engine.SortedSearch(result, fps[0], options);
         EXPECT_EQ(result.GetHits(), expected);
       }
+      ++numDone;
     });
   }
-  for (int i = 0; i < 2000; ++i) {
+  for (int i = 0; i < 2000 || (!isSeen && numDone < 2); ++i) {
     for (const QXSimSearchResultImpl& result : results) {
       const std::uint64_t numSearched = result.NumSearched();
-      ASSERT_TRUE(numSearched % 100 == 0) << numSearched;
+      EXPECT_TRUE(numSearched % 100 == 0 || numSearched % 100 == 50) << numSearched;
+      if (numSearched != 0 && numSearched < numRecords - 50) isSeen = true;
       ASSERT_LE(result.GetHits().size(), 2 * 20U);
+      ASSERT_TRUE(result.GetFinishedHits().empty() || result.GetFinishedHits() == expected);
     }
   }
   threads.clear();
+  EXPECT_TRUE(isSeen);
   EXPECT_EQ(results[1].NumSearched(), numRecords);
   EXPECT_EQ(results[1].GetHistogram().NumSamples(), numRecords);
 }
