@@ -36,7 +36,8 @@ class QX_API QXSimSearchResult {
   bool IsValid() const { return impl_ != nullptr; }  ///< false only after a move
   unsigned GetSearchStatus() const;                  ///< a QXSimSearchStatus value
   std::uint64_t NumTargets() const;
-  std::uint64_t NumSearched() const;  ///< grows in whole blocks of 100 records
+  /// Records searched so far; grows by multiples of 100, and by what the last block of the file holds.
+  std::uint64_t NumSearched() const;
   QXFPHistogram GetHistogram() const;
   /// The hits of a finished search, best first, equal scores by lower index; empty before.
   QXSystem::QXIter<QXSimScore> GetSortedScores() const;

@@ -83,7 +83,6 @@ unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFin
   if (!GetRecords(records, caller)) return QXSimSearchStatus::Uninitialized;
   const bool isDone = RunWithinMemory(caller, [&] {
     result.Init(records.numRecords, options);
-    result.SetSearchStatus(QXSimSearchStatus::InProgress);
     ThreadedScan(records, {fp.GetWords(), CountBits(fp)}, options, result);
     result.Finish();
   });

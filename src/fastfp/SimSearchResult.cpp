@@ -18,12 +18,11 @@ QXFPHistogram QXSimSearchResultImpl::MakeHistogram() const {
 
 void QXSimSearchResultImpl::Init(std::uint64_t numTargets, const QXFPDatabaseOptions& options) {
   const std::lock_guard lock(mutex_);
+  status_ = QXSimSearchStatus::InProgress;
   numTargets_ = numTargets;
   numSearched_ = 0;
-  options_ = options;
   histogram_ = MakeHistogram();
   hits_ = QXInitFPDatabaseHitList(numTargets, options);
-  isInitialized_ = true;
 }
 
 QXFPHistogram QXSimSearchResultImpl::GetHistogram() const {
@@ -55,6 +54,11 @@ std::vector<QXSimScore> QXSimSearchResultImpl::GetHits() const {
   return hits_ ? hits_->GetHits() : std::vector<QXSimScore>();
 }
 
+std::vector<QXSimScore> QXSimSearchResultImpl::GetFinishedHits() const {
+  const std::lock_guard lock(mutex_);
+  return status_ == QXSimSearchStatus::Finished ? hits_->GetHits() : std::vector<QXSimScore>();
+}
+
 QXSimSearchResult::QXSimSearchResult(unsigned numBins, double min, double max)
     : impl_(std::make_unique<QXSimSearchResultImpl>(numBins, min, max)) {}
 QXSimSearchResult::~QXSimSearchResult() = default;
@@ -78,8 +82,8 @@ QXFPHistogram QXSimSearchResult::GetHistogram() const {
 }
 
 QXSystem::QXIter<QXSimScore> QXSimSearchResult::GetSortedScores() const {
-  if (GetSearchStatus() != QXSimSearchStatus::Finished) return {};
-  return QXSystem::QXMakeVectorIter(impl_->GetHits());
+  if (!impl_) return {};
+  return QXSystem::QXMakeVectorIter(impl_->GetFinishedHits());
 }
 
 }  // namespace QXFingrix

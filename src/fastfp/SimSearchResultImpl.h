@@ -18,9 +18,8 @@ class QXSimSearchResultImpl {
  public:
   QXSimSearchResultImpl(unsigned numBins, double min, double max);
 
-  /// Starts over for a search of numTargets records.
+  /// Starts over for a search of numTargets records, which is then in progress.
   void Init(std::uint64_t numTargets, const QXFPDatabaseOptions& options);
-  bool IsInitialized() const { return isInitialized_; }
 
   unsigned GetSearchStatus() const { return status_; }
   void SetSearchStatus(unsigned status) { status_ = status; }
@@ -45,19 +44,20 @@ class QXSimSearchResultImpl {
 
   /// Best first after a finished search; empty before the first one.
   std::vector<QXSimScore> GetHits() const;
+  /// The same; empty while no search is finished.
+  std::vector<QXSimScore> GetFinishedHits() const;
 
  private:
   const unsigned numBins_;
   const double min_;
   const double max_;
-  std::atomic<bool> isInitialized_{false};
   std::atomic<unsigned> status_{QXSimSearchStatus::Uninitialized};
   std::atomic<std::uint64_t> numTargets_{0};
   std::atomic<std::uint64_t> numSearched_{0};
-  QXFPDatabaseOptions options_;
   QXFPHistogram histogram_;
   std::unique_ptr<QXFPDatabaseHitList> hits_;
-  mutable std::mutex mutex_;  // guards options, histogram and hits
+  // Guards histogram and hits, and the status where it must agree with them.
+  mutable std::mutex mutex_;
 };
 
 }  // namespace QXFingrix

@@ -36,6 +36,8 @@ TEST(SimSearchResultImpl, SingleUpdatesCountKeepAndStartOver) {
     for (const auto& [idx, score] : {std::pair(5U, 0.3F), {1U, 0.5F}, {0U, 0.0F}, {4U, 0.5F}, {3U, 0.5F}}) {
       result.UpdateScores(idx, score);
     }
+    EXPECT_EQ(result.GetSearchStatus(), QXSimSearchStatus::InProgress);
+    EXPECT_TRUE(result.GetFinishedHits().empty());
     EXPECT_EQ(result.NumTargets(), 100U);
     EXPECT_EQ(result.NumSearched(), 5U);
     EXPECT_EQ(result.GetHits(), (std::vector<QXSimScore>{{1, 0.5}, {3, 0.5}}));
@@ -44,6 +46,8 @@ TEST(SimSearchResultImpl, SingleUpdatesCountKeepAndStartOver) {
     for (const float score : {0.3F, 0.5F, 0.0F, 0.5F, 0.5F}) expected.AddSample(score);
     const QXFPHistogram histogram = result.GetHistogram();
     EXPECT_TRUE(std::ranges::equal(histogram.GetCounts(), expected.GetCounts()));
+    result.Finish();
+    EXPECT_EQ(result.GetFinishedHits(), result.GetHits());
   }
 }
 
