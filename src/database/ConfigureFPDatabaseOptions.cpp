@@ -110,8 +110,7 @@ bool QXConfigureFPDatabaseOptions(QXInterface& itf, const QXFPDatabaseOptions& d
 }
 
 bool QXSetupFPDatabaseOptions(QXFPDatabaseOptions& options, const QXInterface& itf) {
-  bool isRead =
-      ReadInto<int>(itf, "-limit", [&](int limit) { options.SetLimit(static_cast<unsigned>(limit)); });
+  bool isRead = ReadInto<unsigned>(itf, "-limit", [&](unsigned limit) { options.SetLimit(limit); });
   isRead &= ReadInto<std::string>(itf, "-simfunc", [&](const std::string& name) {
     options.SetSimFunc(QXGetSimMeasureNamespaceInterface().GetValue(name, 0));
   });

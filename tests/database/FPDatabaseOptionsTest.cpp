@@ -209,6 +209,16 @@ TEST(ConfigureFPDatabaseOptions, DefaultsComeFromTheOptions) {
   }
 }
 
+TEST(ConfigureFPDatabaseOptions, LargestLimitsComeBack) {
+  for (const unsigned large : {3000000000U, 4294967295U}) {
+    QXInterface itf("tool");
+    ASSERT_TRUE(QXConfigureFPDatabaseOptions(itf, QXFPDatabaseOptions(large, QXSimMeasure::Tanimoto)));
+    QXFPDatabaseOptions read;
+    EXPECT_TRUE(QXSetupFPDatabaseOptions(read, itf));
+    EXPECT_EQ(read.GetLimit(), large);
+  }
+}
+
 TEST(ConfigureFPDatabaseOptions, SecondTimeIsRefusedInWords) {
   QXInterface itf("tool");
   ASSERT_TRUE(QXConfigureFPDatabaseOptions(itf, 7));
