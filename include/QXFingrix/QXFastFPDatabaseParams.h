@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -47,10 +48,16 @@ class QX_API QXFastFPDatabaseParams {
   std::uint64_t numWords_ = 0;
 };
 
+/// Bytes of the header.
+inline constexpr std::size_t QXFPDatabaseHeaderSize = 800;
+
 /// The 800 bytes of the header; empty when the params hold no fingerprint type.
 /// The text has room for 784 bytes: a molecule file name that does not fit is cut by the words behind it, and
 /// the file cannot be read back.
 QX_API std::string QXWriteFastFPDatabaseHeaderBlob(const QXFastFPDatabaseParams& params);
+
+/// How many bytes the lines of the header are too long for it; 0 when they fit.
+QX_API std::size_t QXGetFPDatabaseHeaderExcess(const QXFastFPDatabaseParams& params);
 
 /// Copies the header to the start of the mapping.
 /// Errors   returns false when the params hold no fingerprint type, or the file is not mapped or too short.

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
@@ -17,6 +18,8 @@
 namespace QXFingrix {
 
 using QXSystem::QXThrow;
+
+static_assert(QXFPDatabaseHeaderSize == FileLayout::headerBytes);
 
 namespace {
 
@@ -36,8 +39,14 @@ std::string ReadMark(std::istream& in) {
 bool ReadLine(std::istream& in, std::string& line) {
   char buffer[maxLine + 1];
   if (!in.getline(buffer, sizeof(buffer))) return false;
-  line = buffer;
+  // By length: a line with a zero byte in it is not the text before that byte.
+  line.assign(buffer, static_cast<std::size_t>(in.gcount()) - (in.eof() ? 0U : 1U));
   return true;
+}
+
+std::string WriteLines(const QXFastFPDatabaseParams& params) {
+  return std::string(QXIsUInit64LittleEndian() ? "LE" : "BE") + '\n' + params.GetMolFileName() + '\n' +
+         params.GetFPTypeBase()->GetFPTypeString() + '\n' + std::to_string(params.NumFingerPrints()) + '\n';
 }
 
 }  // namespace
@@ -111,15 +120,19 @@ void QXFastFPDatabaseParams::ReadWords(const std::string& fpbinFile) {
 
 std::string QXWriteFastFPDatabaseHeaderBlob(const QXFastFPDatabaseParams& params) {
   if (params.GetFPTypeBase() == nullptr) return {};
-  const std::string count = std::to_string(params.NumFingerPrints());
-  std::string blob = std::string(QXIsUInit64LittleEndian() ? "LE" : "BE") + '\n' + params.GetMolFileName() +
-                     '\n' + params.GetFPTypeBase()->GetFPTypeString() + '\n' + count + '\n';
+  std::string blob = WriteLines(params);
   blob.resize(FileLayout::headerBytes, '\0');
   blob.replace(FileLayout::numWordsSlot * FileLayout::wordBytes, FileLayout::wordBytes,
                QXConvert(static_cast<unsigned long>(params.GetNumWords())));
   blob.replace(FileLayout::numFingerPrintsSlot * FileLayout::wordBytes, FileLayout::wordBytes,
                QXConvert(static_cast<unsigned long>(params.NumFingerPrints())));
   return blob;
+}
+
+std::size_t QXGetFPDatabaseHeaderExcess(const QXFastFPDatabaseParams& params) {
+  if (params.GetFPTypeBase() == nullptr) return 0;
+  const std::size_t numBytes = WriteLines(params).size();
+  return numBytes - std::min(numBytes, FileLayout::textBytes);
 }
 
 bool QXWriteFastFPDatabaseParams(MMapOutputFile& file, const QXFastFPDatabaseParams& params) {

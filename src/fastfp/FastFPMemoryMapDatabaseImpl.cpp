@@ -24,13 +24,24 @@ const char* FindLayoutProblem(const QXFastFPDatabaseParams& params) {
   return nullptr;
 }
 
+// Header and records are read through different openings of the file.
+bool IsFileOf(const QXFastFPDatabaseParams& params, const MMapInputFile& file) {
+  const auto* const words = reinterpret_cast<const std::uint64_t*>(file.GetData());
+  return words[FileLayout::numWordsSlot] == params.GetNumWords() &&
+         words[FileLayout::numFingerPrintsSlot] == params.NumFingerPrints();
+}
+
 }  // namespace
 
 QXFastFPMemoryMapDatabaseImpl::QXFastFPMemoryMapDatabaseImpl(const std::string& fpbinFile)
     : FastFPScanImpl(fpbinFile) {
   if (!IsValid()) return;
-  const char* const problem = FindLayoutProblem(Params());
-  if (problem == nullptr && file_.Open(FileName(), Params().GetFileSize())) return;
+  const char* problem = FindLayoutProblem(Params());
+  if (problem == nullptr && file_.Open(FileName(), Params().GetFileSize())) {
+    if (IsFileOf(Params(), file_)) return;
+    problem = "the file was replaced while it was opened";
+    file_.Close();
+  }
   Invalidate();
   QXThrow.Warning("%s : cannot initialize object for memory mapping!", fastFPDatabaseConstructor);
   if (problem != nullptr)

@@ -45,6 +45,10 @@ TEST(FastFPDatabaseParams, OverlongNameIsCutByTheWordsBehindTheText) {
   params.SetFPTypeBase(PathType(1024));
   params.SetNumFingerPrints(7);
   EXPECT_EQ(QXWriteFastFPDatabaseHeaderBlob(params), Header("LE\n" + std::string(781, 'a'), 16, 7));
+  const std::size_t room = 784 - (std::string("LE\n\n\n7\n") + PathType(1024)->GetFPTypeString()).size();
+  EXPECT_EQ(QXGetFPDatabaseHeaderExcess(params), 2000 - room);
+  params.SetMolFileName(std::string(room, 'a'));
+  EXPECT_EQ(QXGetFPDatabaseHeaderExcess(params), 0U);
 }
 
 TEST(FastFPDatabaseParams, HeaderIsReadBack) {
@@ -94,6 +98,7 @@ TEST(FastFPDatabaseParams, UnsoundHeadersAreRefusedInWords) {
       {Header("LE\nm\n" + type + "\n5 \n", 16, 5), badCount},
       {Header("LE\nm\n" + type + "\n-5\n", 16, 5), badCount},
       {Header("LE\nm\n" + type + "\n18446744073709551616\n", 16, 5), badCount},
+      {Header("LE\nm\n" + type + "\n5" + '\0' + "\n", 16, 5), badCount},
       {Header("LE\nm\n" + type + "\n5\n", 16, 6), inconsistent},
       {Header("LE\nm\n" + type + "\n5\n", 16, 5, 799), inconsistent},  // ends inside the last word
       {Header("LE\nm\n" + type + "\n5\n", 16, 5, 300), inconsistent},
@@ -104,11 +109,13 @@ TEST(FastFPDatabaseParams, UnsoundHeadersAreRefusedInWords) {
     EXPECT_FALSE(QXFastFPDatabaseParams(file).IsValid());
     EXPECT_EQ(Texts(reports), Strings{"QXFastFPDatabaseParams() " + text});
   }
-  WriteFile(file, Header("LE\nm\nUnknown,ver=2.0.0\n5\n", 16, 5));
-  const QXErrorCollector reports;
-  EXPECT_FALSE(QXFastFPDatabaseParams(file).IsValid());
-  ASSERT_FALSE(Texts(reports).empty());
-  EXPECT_EQ(Texts(reports).back(), "QXFastFPDatabaseParams() invalid fingerprint type in " + header);
+  for (const std::string& badType : {std::string("Unknown,ver=2.0.0"), type + '\0' + "more"}) {
+    WriteFile(file, Header("LE\nm\n" + badType + "\n5\n", 16, 5));
+    const QXErrorCollector reports;
+    EXPECT_FALSE(QXFastFPDatabaseParams(file).IsValid());
+    ASSERT_FALSE(Texts(reports).empty());
+    EXPECT_EQ(Texts(reports).back(), "QXFastFPDatabaseParams() invalid fingerprint type in " + header);
+  }
 }
 
 TEST(FastFPDatabaseParams, WhatIsNoFileIsRefusedWithoutWaiting) {
@@ -252,7 +259,9 @@ TEST(MMapFile, FailuresAreErrorsAndLeaveItClosed) {
   const TempDir dir;
   const std::string file = dir.File("x");
   const std::string absent = dir.File("no/x");
+  const std::string pipe = dir.File("pipe");
   WriteFile(file, "0123456789");
+  mkfifo(pipe.c_str(), 0600);
   struct Case {
     const char* name;
     std::function<bool()> open;
@@ -263,6 +272,7 @@ TEST(MMapFile, FailuresAreErrorsAndLeaveItClosed) {
   const Case cases[] = {
       {"absent", [&] { return in.Open(absent, 10); }, "Error opening file for reading: " + absent},
       {"too short", [&] { return in.Open(file, 11); }, "Error mmapping the file: " + file},
+      {"pipe", [&] { return in.Open(pipe, 10); }, "Error mmapping the file: " + pipe},
       {"nothing", [&] { return in.Open(file, 0); }, "Error mmapping the file: " + file},
       {"no folder", [&] { return out.Open(absent, 10); }, "Error opening file for writing: " + absent},
       {"length 0", [&] { return out.Open(file, 0); }, "Error calling lseek() to 'stretch' the file"},
