@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXPlatform/QXProcessor.h"
 #include "QXSystem/QXErrorHandler.h"
@@ -56,8 +54,7 @@ void QXFPDatabaseOptions::SetTverskyCoeffs(float alpha, float beta) {
 }
 
 unsigned QXFPDatabaseOptions::GetNumProcessors() const {
-  const unsigned available = QXPlatform::QXGetNumProcessors();
-  return numProcessors_ == 0 ? available : std::min(numProcessors_, 2 * available);
+  return QXPlatform::QXGetNumWorkers(numProcessors_);
 }
 
 }  // namespace QXFingrix

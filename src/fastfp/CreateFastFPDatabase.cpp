@@ -2,8 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
-
 #include "QXChem/QXMolDatabase.h"
 #include "QXFingrix/QXFastFPDatabaseParams.h"
 #include "QXFingrix/QXMMapFile.h"
@@ -13,7 +11,6 @@
 #include "QXSystem/QXString.h"
 #include "fastfp/CheckFingerPrintType.h"
 #include "fastfp/FPGenerator.h"
-#include "fastfp/FileLayout.h"
 #include "fastfp/RunThreads.h"
 
 namespace QXFingrix {
@@ -67,10 +64,9 @@ bool OpenOutput(MMapOutputFile& output, const std::string& fpbinFile, const QXFa
 
 // The format has no way to write a longer name or one of two lines; the records are sound all the same.
 void CheckHeaderCanBeRead(const std::string& fpbinFile, const QXFastFPDatabaseParams& params) {
-  const std::size_t numBytes =
-      params.GetMolFileName().size() + params.GetFPTypeBase()->GetFPTypeString().size() +
-      std::to_string(params.NumFingerPrints()).size() + std::string("LE\n\n\n\n").size();
-  if (numBytes <= FileLayout::textBytes && params.GetMolFileName().find('\n') == std::string::npos) return;
+  if (QXGetFPDatabaseHeaderExcess(params) == 0 && params.GetMolFileName().find('\n') == std::string::npos) {
+    return;
+  }
   QXThrow.Warning("%s molecule file name does not fit into the header of %s", caller, fpbinFile.c_str());
 }
 
@@ -96,8 +92,7 @@ QXCreateFastFPDatabaseOptions& QXCreateFastFPDatabaseOptions::operator=(
     QXCreateFastFPDatabaseOptions&&) noexcept = default;
 
 unsigned QXCreateFastFPDatabaseOptions::GetNumProcessors() const {
-  const unsigned available = QXPlatform::QXGetNumProcessors();
-  return numProcessors_ == 0 ? available : std::min(numProcessors_, 2 * available);
+  return QXPlatform::QXGetNumWorkers(numProcessors_);
 }
 
 void QXCreateFastFPDatabaseOptions::SetTracer(const QXSystem::QXDots& tracer) {

@@ -16,4 +16,9 @@ unsigned QXGetNumProcessors() {
   return std::max(std::thread::hardware_concurrency(), 1u);
 }
 
+unsigned QXGetNumWorkers(unsigned requested) {
+  const unsigned available = QXGetNumProcessors();
+  return requested == 0 ? available : std::min(requested, 2 * available);
+}
+
 }  // namespace QXPlatform
