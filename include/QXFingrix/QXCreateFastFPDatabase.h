@@ -50,7 +50,8 @@ class QX_API QXCreateFastFPDatabaseOptions {
 /// Makes a .fpbin file with one fingerprint for every record of a molecule file. The bytes do not depend on
 /// the number of threads. A record that cannot be read or fingerprinted keeps its place with all bits clear.
 /// Shape    the type is a path, circular or tree type whose size is a multiple of 256 bits.
-/// Errors   warns once and returns false; a file that was begun is left behind.
+/// Errors   says why and returns false: one warning, after the report of the file that could not be opened
+///          where that is why; a file that was begun is left behind.
 /// Threads  starts its own and waits for them.
 QX_API bool QXCreateFastFPDatabaseFile(const std::string& fpbinFile, const std::string& moleculeFile,
                                        const QXCreateFastFPDatabaseOptions& options);

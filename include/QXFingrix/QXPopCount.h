@@ -2,6 +2,8 @@
 
 #include "QXSystem/QXExport.h"
 
+// For x86-64 only: the method is chosen by that processor's CPUID, and the instruction is its own.
+
 namespace QXFingrix {
 
 /// Counts the set bits of an array of words. Whole groups of four words are read: where numWords is not a

@@ -3,7 +3,6 @@
 #include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXConvert.h"
 #include "QXFingrix/QXFastFPDatabase.h"
-#include "QXFingrix/QXMakeFP.h"
 #include "QXFingrix/QXPopCount.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "fastfp/CheckFingerPrintType.h"
@@ -42,7 +41,7 @@ bool QXAreCompatibleDatabases(const QXChem::QXMolDatabase& moldb, const QXFastFP
     return isMarked || refuse("cannot access molecule data!");
   }
   QXFingerPrint fp;
-  if (!QXMakeFP(fp, mol, impl.GetFPTypeBase())) return refuse("cannot generate fingerprint!");
+  if (!impl.MakeQuery(fp, mol)) return refuse("cannot generate fingerprint!");
   std::vector<unsigned long> words;
   const bool isSame = QXConvertFP(words, fp, popCount) == storedCount && words == storedWords;
   return isSame || refuse("fingerprint mismatch!");

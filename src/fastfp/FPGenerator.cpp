@@ -18,6 +18,16 @@ namespace {
 constexpr std::uint64_t blockSize = 5;  // molecules claimed at a time
 constexpr const char* caller = "QXCreateFastFPDatabaseFile()";
 
+// Runs what calls the caller's code or takes memory for a message. An exception must not end the process, and
+// the record is made whether it could be told or not.
+template <class Call>
+void RunGuarded(Call call) noexcept {
+  try {
+    call();
+  } catch (...) {  // NOLINT(bugprone-empty-catch)
+  }
+}
+
 }  // namespace
 
 QXFPGenerator::QXFPGenerator(const QXChem::QXMolDatabase& molecules,
@@ -32,7 +42,7 @@ QXFPGenerator::QXFPGenerator(const QXChem::QXMolDatabase& molecules,
       records_(fileWords + FileLayout::headerWords),
       tracer_(tracer) {}
 
-void QXFPGenerator::ThreadWork() {
+void QXFPGenerator::ThreadWork() noexcept {
   Workspace work;
   for (;;) {
     const std::uint64_t begin = nextIndex_.fetch_add(blockSize);
@@ -44,14 +54,12 @@ void QXFPGenerator::ThreadWork() {
 
 void QXFPGenerator::MakeRecord(std::uint64_t index, Workspace& work) {
   const Outcome outcome = MakeFingerPrint(index, work);
-  unsigned long numSet = 0;
   if (outcome == Outcome::Made) {
-    numSet = QXConvertFP(work.words, work.fp, popCount_);
+    Write(index, work.words, work.numSet);
   } else {
-    work.words.assign(numWords_, 0);
+    RunGuarded([&] { Reject(index, outcome, work.reason); });
+    Write(index, {}, 0);
   }
-  if (outcome != Outcome::Made) Reject(index, outcome, work.reason);
-  Write(index, work.words, numSet);
 }
 
 // A molecule that takes more memory than there is counts as one that has no fingerprint.
@@ -60,20 +68,23 @@ QXFPGenerator::Outcome QXFPGenerator::MakeFingerPrint(std::uint64_t index, Works
   try {
     isRead = molecules_.ReadMolecule(work.molecule, index, work.reason);
     if (!isRead) return Outcome::CannotRead;
-    if (QXMakeFP(work.fp, work.molecule, fptype_) && work.fp.GetWords().size() == numWords_)
+    if (QXMakeFP(work.fp, work.molecule, fptype_) && work.fp.GetWords().size() == numWords_) {
+      work.numSet = QXConvertFP(work.words, work.fp, popCount_);
       return Outcome::Made;
+    }
     work.reason = "the molecule has no fingerprint of this type";
   } catch (const std::exception& failure) {
-    work.reason = failure.what();
+    work.reason.clear();
+    RunGuarded([&] { work.reason = failure.what(); });
   }
   return isRead ? Outcome::CannotGenerate : Outcome::CannotRead;
 }
 
-void QXFPGenerator::Write(std::uint64_t index, const std::vector<unsigned long>& words,
-                          unsigned long numSet) {
+// The file starts out clear: a record without words has no bits.
+void QXFPGenerator::Write(std::uint64_t index, std::span<const unsigned long> words, unsigned long numSet) {
   std::uint64_t* const record = records_ + index * FileLayout::RecordWords(numWords_);
   const std::lock_guard lock(mutex_);
-  if (tracer_ != nullptr) tracer_->Update(1);
+  if (tracer_ != nullptr) RunGuarded([&] { tracer_->Update(1); });
   record[FileLayout::indexSlot] = index;
   record[FileLayout::bitCountSlot] = numSet;
   std::copy(words.begin(), words.end(), record + FileLayout::dataSlot);

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -24,13 +25,14 @@ class QXFPGenerator {
                 QXPopCountFunc popCount, std::uint64_t* fileWords, QXSystem::QXDots* tracer);
 
   /// Makes records until none is left; run by every thread.
-  void ThreadWork();
+  void ThreadWork() noexcept;
 
  private:
   struct Workspace {
     QXChem::QXGraphMol molecule;
     QXFingerPrint fp;
     std::vector<unsigned long> words;
+    unsigned long numSet = 0;
     std::string reason;
   };
 
@@ -38,7 +40,7 @@ class QXFPGenerator {
 
   void MakeRecord(std::uint64_t index, Workspace& work);
   Outcome MakeFingerPrint(std::uint64_t index, Workspace& work) const;
-  void Write(std::uint64_t index, const std::vector<unsigned long>& words, unsigned long numSet);
+  void Write(std::uint64_t index, std::span<const unsigned long> words, unsigned long numSet);
   void Reject(std::uint64_t index, Outcome outcome, const std::string& reason);
 
   std::atomic<std::uint64_t> nextIndex_{0};

@@ -1,5 +1,7 @@
 #include "fastfp/FastFPDatabaseImplBase.h"
 
+#include <exception>
+
 #include "QXFingrix/QXConvert.h"
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXFingrix/QXMakeFP.h"
@@ -41,7 +43,11 @@ QXFastFPDatabaseImplBase::Fetch QXFastFPDatabaseImplBase::GetFingerPrint(QXFinge
 }
 
 bool QXFastFPDatabaseImplBase::MakeQuery(QXFingerPrint& fp, const QXChem::QXMolBase& mol) const {
-  return QXMakeFP(fp, mol, GetFPTypeBase()) && fp.GetWords().size() == NumWords();
+  try {
+    return QXMakeFP(fp, mol, GetFPTypeBase()) && fp.GetWords().size() == NumWords();
+  } catch (const std::exception&) {  // a molecule that takes more memory than there is
+    return false;
+  }
 }
 
 std::uint64_t QXFastFPDatabaseImplBase::CountBits(const QXFingerPrint& fp) const {

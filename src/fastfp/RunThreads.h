@@ -1,6 +1,6 @@
 #pragma once
 
-#include <system_error>
+#include <exception>
 #include <thread>
 #include <vector>
 
@@ -19,7 +19,7 @@ void RunThreads(unsigned numThreads, const Work& work) {
   try {
     threads.reserve(numThreads);
     while (threads.size() < numThreads) threads.emplace_back(work);
-  } catch (const std::system_error&) {
+  } catch (const std::exception&) {  // no thread, or no memory for one
     if (threads.empty()) work();
   }
 }

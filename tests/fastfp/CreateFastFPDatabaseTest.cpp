@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <new>
 #include <set>
 
 #include "QXChem/QXGraphMol.h"
@@ -206,6 +207,29 @@ TEST_F(CreateFastFPDatabase, TracerCountsEveryMoleculeAndTotalsOnce) {
   ASSERT_TRUE(QXCreateFastFPDatabaseFile(file_, mols_, copy));
   EXPECT_EQ(num, 500U);
   EXPECT_EQ(totals, 1U);
+}
+
+TEST_F(CreateFastFPDatabase, CountsOnACopyOfTheTracer) {
+  WriteFile(mols_, "CCO\nCCN\n");
+  const QXSystem::QXDots tracer(0, 0, "molecules", nullptr);
+  QXCreateFastFPDatabaseOptions options(PathType(256));
+  options.SetTracer(tracer);
+  ASSERT_TRUE(QXCreateFastFPDatabaseFile(file_, mols_, options));
+  EXPECT_EQ(options.GetTracer()->GetCount(), 0U);
+  EXPECT_EQ(tracer.GetCount(), 0U);
+}
+
+TEST_F(CreateFastFPDatabase, ExceptionsOfACallerLoseNoRecord) {
+  WriteFile(mols_, "CCO\nbad\nCCN\n");
+  QXCreateFastFPDatabaseOptions options(PathType(256));
+  options.SetNumProcessors(2);
+  options.SetRejectHandler([](std::uint64_t, const std::string&) { throw std::bad_alloc(); });
+  ASSERT_TRUE(QXCreateFastFPDatabaseFile(file_, mols_, options));
+  const std::string bytes = ReadFile(file_);
+  for (std::uint64_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Word(bytes, 800 + i * 48), i);
+    EXPECT_EQ(Word(bytes, 800 + i * 48 + 8) == 0, i == 1);
+  }
 }
 
 TEST(CreateFastFPDatabaseOptions, ThreadsAreAtMostTwiceTheProcessors) {
