@@ -2,6 +2,7 @@
 
 import json
 import os
+import resource
 import signal
 import struct
 import subprocess
@@ -103,6 +104,18 @@ class CreateTest(QxfpCase):
         before = self.read("out.fpbin")
         self.run_qxfp("create", "a.smi", "out.fpbin", "-numbits", "1000", status=CANNOT_RUN)
         self.assertEqual(self.read("out.fpbin"), before)
+
+    def test_file_that_may_not_grow_is_called_by_its_own_name(self):
+        self.sample(100)
+
+        def limit_files():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (4096, resource.getrlimit(resource.RLIMIT_FSIZE)[1]))
+
+        _, errors = self.run_qxfp("create", "sample.smi", "out.fpbin", status=CANNOT_RUN, preexec_fn=limit_files)
+        self.assertIn(b"unable to open fingerprint database file: out.fpbin\n", errors)
+        self.assertNotIn(b".qxfp-", errors)
+        self.assertEqual(os.listdir(self.folder), ["sample.smi"])
 
     def test_interrupted_creation_leaves_no_file(self):
         self.sample(4000)

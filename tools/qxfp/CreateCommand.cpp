@@ -29,8 +29,6 @@ using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
 using QXSystem::QXThrow;
 
-constexpr std::size_t kHeaderTextSize = 784;
-
 struct Reject {
   std::uint64_t index;
   std::string reason;
@@ -90,15 +88,18 @@ bool CheckNames(const Request& request, std::string& reason) {
 
 // The file names the molecule file and the type in a header of fixed size.
 bool CheckHeaderRoom(const Request& request, std::uint64_t numMolecules, std::string& reason) {
-  const std::string text = "LE\n" + request.molecules + "\n" + request.fptype->GetFPTypeString() + "\n" +
-                           std::to_string(numMolecules) + "\n";
-  if (text.size() <= kHeaderTextSize) return true;
-  reason = "the name of the molecule file is " + std::to_string(text.size() - kHeaderTextSize) +
+  QXFingrix::QXFastFPDatabaseParams header;
+  header.SetMolFileName(request.molecules);
+  header.SetFPTypeBase(request.fptype);
+  header.SetNumFingerPrints(numMolecules);
+  const std::size_t excess = QXFingrix::QXGetFPDatabaseHeaderExcess(header);
+  if (excess == 0) return true;
+  reason = "the name of the molecule file is " + std::to_string(excess) +
            " bytes too long to be stored in a .fpbin file; give a shorter path";
   return false;
 }
 
-// A full disk would end the program in the middle, since the file is written through a mapping.
+// Tells in the user's terms what would otherwise fail when the file is begun.
 bool CheckFolder(const Request& request, std::uint64_t numMolecules, std::string& reason) {
   const fs::path parent = fs::path(request.target).parent_path();
   const fs::path folder = parent.empty() ? fs::path(".") : parent;

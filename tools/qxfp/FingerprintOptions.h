@@ -12,10 +12,10 @@ namespace QXFingrix {
 /// Errors   a Warning and false when the sub-interface cannot be added.
 bool QXConfigureFingerPrintOptions(QXSystem::QXInterface& itf);
 
-/// The fingerprint type that the options choose. What is not given is as in the default type of the kind; a "-type" is
-/// a full type string, or a bare type word ("MACCS166") for the default type of that kind.
-/// Errors   null and a reason in words: "-type" together with another option, a malformed type string, an unknown atom
-///          or bond type, both of them None, a minimum above the maximum. No report.
+/// The fingerprint type that the options choose. What is not given is as in the default type of the kind; a
+/// "-type" is a full type string, or a bare type word ("MACCS166") for the default type of that kind.
+/// Errors   null and a reason in words: "-type" together with another option, a malformed type string, an
+///          unknown atom or bond type, both of them None, a minimum above the maximum. No report.
 const QXFPTypeBase* QXSetupFingerPrintType(const QXSystem::QXInterface& itf, std::string& reason);
 
 /// Whether fingerprints of exactly this type can be made: there is a generator for the kind, and it takes the

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <exception>
+#include <new>
 #include <string>
 #include <thread>
 #include <utility>
@@ -110,11 +112,6 @@ void Configure(QXSystem::QXInterface& itf) {
   QXFingrix::QXConfigureFingerPrintOptions(itf);
 }
 
-unsigned NumThreads(unsigned wanted) {
-  const unsigned processors = QXPlatform::QXGetNumProcessors();
-  return wanted == 0 ? processors : std::min(wanted, 2 * processors);
-}
-
 // Makes the lines of a block of records on some threads; the caller writes them in order.
 class BlockWorker {
  public:
@@ -126,26 +123,40 @@ class BlockWorker {
   BlockWorker(const QXChem::QXMolDatabase& molecules, const QXFingrix::QXFPTypeBase* type, Formatter format)
       : molecules_(molecules), type_(type), format_(format) {}
 
+  /// Errors   std::bad_alloc when there is no memory for the lines.
   std::vector<Result> Run(std::uint64_t begin, std::uint64_t end, unsigned numThreads) const {
     std::vector<Result> results(end - begin);
     std::atomic<std::uint64_t> next = begin;
-    const auto work = [&] {
-      QXChem::QXGraphMol mol;
-      QXFingerPrint fp;
-      for (std::uint64_t i = next++; i < end; i = next++) results[i - begin] = Make(i, mol, fp);
+    std::atomic<bool> isOutOfMemory = false;
+    const auto work = [&]() noexcept {
+      try {
+        QXChem::QXGraphMol mol;
+        QXFingerPrint fp;
+        for (std::uint64_t i = next++; i < end; i = next++) results[i - begin] = Make(i, mol, fp);
+      } catch (const std::exception&) {
+        isOutOfMemory = true;
+      }
     };
     std::vector<std::jthread> helpers;
-    for (unsigned i = 1; i < numThreads; ++i) helpers.emplace_back(work);
+    try {
+      for (unsigned i = 1; i < numThreads; ++i) helpers.emplace_back(work);
+    } catch (const std::exception&) {  // fewer threads have to do
+    }
     work();
     helpers.clear();  // joins them
+    if (isOutOfMemory) throw std::bad_alloc();
     return results;
   }
 
  private:
   Result Make(std::uint64_t i, QXChem::QXGraphMol& mol, QXFingerPrint& fp) const {
     Record record{i, molecules_.GetTitle(i), {}};
-    if (molecules_.ReadMolecule(mol, i, record.reason) && !QXFingrix::QXMakeFP(fp, mol, type_)) {
-      record.reason = "its fingerprint cannot be made";
+    try {
+      if (molecules_.ReadMolecule(mol, i, record.reason) && !QXFingrix::QXMakeFP(fp, mol, type_)) {
+        record.reason = "its fingerprint cannot be made";
+      }
+    } catch (const std::exception& failure) {  // a molecule that takes more memory than there is
+      record.reason = failure.what();
     }
     return {format_(record, fp), record.reason};
   }
@@ -193,8 +204,9 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
                         return std::string(entry.first);
                       })->second;
   const BlockWorker worker(molecules, type, format);
-  return WriteFingerprints(molecules, worker, NumThreads(itf.Get<unsigned>("-threads"))) == 0 ? Done
-                                                                                              : SomeFailed;
+  return WriteFingerprints(molecules, worker, QXPlatform::QXGetNumWorkers(itf.Get<unsigned>("-threads"))) == 0
+             ? Done
+             : SomeFailed;
 }
 
 }  // namespace

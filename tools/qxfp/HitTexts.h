@@ -8,11 +8,12 @@
 
 namespace qxfp {
 
-/// Titles and SMILES of the records of a fast fingerprint file, out of the molecule file that it was made from.
+/// Titles and SMILES of the records of a fast fingerprint file, out of the molecule file that it was made
+/// from.
 class HitTexts {
  public:
-  /// Takes the named molecule file. Errors: reports and returns false when it cannot be read or does not belong to the
-  /// fingerprints.
+  /// Takes the named molecule file. Errors: reports and returns false when it cannot be read or does not
+  /// belong to the fingerprints.
   bool Open(const std::string& moleculeFile, const QXFingrix::QXFastFPDatabase& fingerprints);
 
   /// Looks for the molecule file that the header names: as it stands there, then beside the .fpbin file.

@@ -24,7 +24,7 @@ using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
 using QXSystem::QXThrow;
 
-constexpr std::uint64_t kHeaderSize = 800;
+constexpr std::uint64_t kHeaderSize = QXFingrix::QXFPDatabaseHeaderSize;
 constexpr std::uint64_t kMaxNamedRecords = 10;
 
 struct Field {
@@ -68,7 +68,8 @@ void Configure(QXSystem::QXInterface& itf) {
   AddRowFormOption(itf);
 }
 
-// Whether there are as many bytes as the header promises. Nothing is multiplied before it is known to be small.
+// Whether there are as many bytes as the header promises. Nothing is multiplied before it is known to be
+// small.
 bool CheckSize(const QXFastFPDatabaseParams& params, std::uint64_t fileSize, std::string& reason) {
   const unsigned numBits = QXFingrix::QXGetFingerPrintSize(params.GetFPTypeBase());
   if (params.GetNumWords() != numBits / 64 || numBits % 64 != 0) {

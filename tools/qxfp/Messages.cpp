@@ -17,6 +17,8 @@ constexpr const char* kLevelNames[] = {"debug", "verbose", "info", "warning", "e
 
 std::mutex mutex;
 std::string statusLine;
+std::string renamed;  // empty: nothing
+std::string knownName;
 
 // Standard error may be closed or its reader gone: messages are then lost, the work goes on.
 void WriteToStandardError(std::string_view text) {
@@ -29,8 +31,11 @@ void WriteToStandardError(std::string_view text) {
 
 void WriteMessage(QXSystem::QXErrorLevel level, const std::string& text) {
   const char* levelName = kLevelNames[static_cast<unsigned>(level)];
-  std::string line = std::string("qxfp: ") + levelName + ": " + ForTerminal(text) + "\n";
   const std::lock_guard lock(mutex);
+  std::string known = text;
+  const std::size_t at = renamed.empty() ? std::string::npos : known.find(renamed);
+  if (at != std::string::npos) known.replace(at, renamed.size(), knownName);
+  std::string line = std::string("qxfp: ") + levelName + ": " + ForTerminal(known) + "\n";
   if (!statusLine.empty()) line = kEraseLine + line + statusLine;
   WriteToStandardError(line);
 }
@@ -39,6 +44,12 @@ void WriteMessage(QXSystem::QXErrorLevel level, const std::string& text) {
 
 void InstallMessages() {
   QXSystem::QXThrow.SetSink(WriteMessage);
+}
+
+void RenameInMessages(const std::string& name, const std::string& nameToShow) {
+  const std::lock_guard lock(mutex);
+  renamed = name;
+  knownName = nameToShow;
 }
 
 void ShowStatusLine(std::string_view text) {

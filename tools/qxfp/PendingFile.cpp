@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "Messages.h"
 #include "QXSystem/QXString.h"
 
 namespace qxfp {
@@ -21,7 +22,8 @@ char pathToRemove[PATH_MAX];
 
 constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// The handler is reset on entry, so raising the signal again ends the program the way that the caller expects.
+// The handler is reset on entry, so raising the signal again ends the program the way that the caller
+// expects.
 void RemoveAndEnd(int signal) {
   unlink(pathToRemove);
   raise(signal);
@@ -46,6 +48,7 @@ PendingFile::~PendingFile() {
   if (name_.empty()) return;
   unlink(name_.c_str());
   SetHandlers(false);
+  RenameInMessages({}, {});
 }
 
 bool PendingFile::Create(const std::string& target, std::string& reason) {
@@ -67,6 +70,7 @@ bool PendingFile::Create(const std::string& target, std::string& reason) {
   close(descriptor);
   target_ = target;
   name_ = name;
+  RenameInMessages(name_, target_);
   return true;
 }
 
@@ -76,6 +80,7 @@ bool PendingFile::Commit(std::string& reason) {
     return false;
   }
   SetHandlers(false);
+  RenameInMessages({}, {});
   name_.clear();
   return true;
 }

@@ -4,8 +4,9 @@
 
 namespace qxfp {
 
-/// A file that appears under its name only when it is whole. It is written under another name in the same folder,
-/// which goes away with the object, and when the program is ended by SIGINT, SIGTERM or SIGHUP. One at a time.
+/// A file that appears under its name only when it is whole. It is written under another name in the same
+/// folder, which goes away with the object, and when the program is ended by SIGINT, SIGTERM or SIGHUP. One
+/// at a time.
 class PendingFile {
  public:
   PendingFile() = default;

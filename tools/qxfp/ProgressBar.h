@@ -7,7 +7,8 @@
 
 namespace qxfp {
 
-/// Progress on a terminal: a bar, the share done, the rate and the time left, redrawn ten times a second at most.
+/// Progress on a terminal: a bar, the share done, the rate and the time left, redrawn ten times a second at
+/// most.
 class ProgressBar final : public QXSystem::QXDots {
  public:
   explicit ProgressBar(std::uint64_t total);

@@ -67,8 +67,8 @@ class JsonWriter final : public RowWriter {
   bool isFirst_ = true;
 };
 
-// Holds the first rows back to find the widths; a longer output is not kept in memory, later rows that are wider
-// merely stick out.
+// Holds the first rows back to find the widths; a longer output is not kept in memory, later rows that are
+// wider merely stick out.
 class TableWriter final : public RowWriter {
  public:
   explicit TableWriter(std::vector<Column> columns)

@@ -51,7 +51,7 @@ void Configure(QXSystem::QXInterface& itf) {
                        .SetLegalRange("0", "1"));
   itf.AddParameter(QXParameter("-threads", QXParameterType::Unsigned)
                        .SetBrief("Number of threads")
-                       .SetDetail("\n\t0: one for every processor")
+                       .SetDetail("\n\t0: one for every processor; @INDEX is searched for on one")
                        .SetDefault("0"));
   QXParameter memory("-memory", QXParameterType::String);
   memory.SetBrief("Where the fingerprints are searched").SetDefault(kMemoryTypes[0].first);

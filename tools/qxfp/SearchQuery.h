@@ -9,7 +9,8 @@
 
 namespace qxfp {
 
-/// What a search is asked for: `@INDEX` (a stored fingerprint), a molecule file (each of its molecules), or a SMILES.
+/// What a search is asked for: `@INDEX` (a stored fingerprint), a molecule file (each of its molecules), or a
+/// SMILES.
 class SearchQueries {
  public:
   /// Errors   reports and returns false when a file cannot be opened.
