@@ -1,14 +1,10 @@
 # Every folder of src/ becomes one OBJECT library. The shared libraries are made of these objects, and so are
 # the test and benchmark executables, which therefore reach internal (hidden) symbols too.
 
-# Lowest first; a folder may include itself and the folders before it only.
+# Lowest first; a folder may include itself and the folders before it only (scripts/check_layers.py reads this line).
 set(QX_LAYERS system platform chem fingerprint generators similarity database fastfp)
 
 function(qx_add_sources folder)
-  if(NOT ARGN) # a folder that has no code yet
-    file(TOUCH ${PROJECT_BINARY_DIR}/empty.cpp)
-    set(ARGN ${PROJECT_BINARY_DIR}/empty.cpp)
-  endif()
   add_library(qx_${folder} OBJECT ${ARGN})
   target_include_directories(qx_${folder}
     PUBLIC ${PROJECT_SOURCE_DIR}/include
