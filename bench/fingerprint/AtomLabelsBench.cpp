@@ -4,12 +4,13 @@
 #include "QXChem/QXReadMolecule.h"
 #include "QXFingrix/QXFPAtomLabels.h"
 #include "QXFingrix/QXFPAtomTypes.h"
+#include "QXFingrix/QXFPTypeBase.h"
 #include "QXFingrix/QXPrepareForFingerprinting.h"
 
 namespace QXFingrix {
 namespace {
 
-// 27 heavy atoms: the mean of drug-like molecules.
+// 28 heavy atoms, as the bundled molecules have on average.
 constexpr const char* smiles = "CC(=O)Nc1ccc(cc1)S(=O)(=O)N1CCN(CC1)C(=O)c1ccccc1Cl";
 
 template <class Label>
@@ -17,7 +18,7 @@ void AtomLabels(benchmark::State& state) {
   const auto atype = static_cast<unsigned>(state.range(0)), btype = static_cast<unsigned>(state.range(1));
   QXChem::QXGraphMol mol;
   if (!QXChem::QXParseSmiles(mol, smiles)) return state.SkipWithError("unreadable molecule");
-  QXPrepareForFingerprinting(mol, 102);
+  QXPrepareForFingerprinting(mol, QXFPType::Path);
   std::vector<Label> atomLabels, bondLabels;
   for (auto _ : state) {
     QXGetFingerprintAtomTypes(atomLabels, bondLabels, mol, atype, btype);
@@ -41,12 +42,12 @@ void Prepare(benchmark::State& state) {
   const bool prepared = state.range(0) != 0;
   QXChem::QXGraphMol mol;
   if (!QXChem::QXParseSmiles(mol, smiles)) return state.SkipWithError("unreadable molecule");
-  QXPrepareForFingerprinting(mol, 102);
+  QXPrepareForFingerprinting(mol, QXFPType::Path);
   if (!prepared) mol.SetPreparedMark(0);
   QXChem::QXGraphMol copy;
   for (auto _ : state) {
     copy = mol;
-    benchmark::DoNotOptimize(QXPrepareForFingerprinting(copy, 102));
+    benchmark::DoNotOptimize(QXPrepareForFingerprinting(copy, QXFPType::Path));
   }
   state.SetItemsProcessed(state.iterations());
 }

@@ -1,7 +1,7 @@
 // Path fingerprints from a prepared molecule, and their stages, beside what RDKit needs to read the same molecule
 // and to make its own path fingerprint. One item is one molecule: items_per_second are molecules per second.
 
-#include <RDGeneral/RDConfig.h>  // first, see cmake/FindRDKit.cmake
+#include <RDGeneral/RDConfig.h>  // first: the others depend on its settings
 
 #include <GraphMol/GraphMol.h>
 #include <GraphMol/SmilesParse/SmilesParse.h>

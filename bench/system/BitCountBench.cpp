@@ -16,7 +16,7 @@ namespace {
 
 using QXSystem::QXBitCountKernel;
 
-constexpr std::size_t trailerWords = 2;  // what the records of a fingerprint file carry behind their bits
+constexpr std::size_t extraWords = 2;  // what a record of a fingerprint file carries besides its bits
 constexpr std::size_t blockRecords = 1024;
 constexpr std::size_t cachedWords = std::size_t{1} << 20;
 constexpr std::size_t maxTotalWords = std::size_t{512} << 17;  // 512 MiB
@@ -35,7 +35,7 @@ std::span<const std::uint64_t> GetRecords() {
 void SetCounters(benchmark::State& state, std::size_t numWords, std::size_t numRecords) {
   const auto numPasses = static_cast<std::int64_t>(state.iterations());
   const auto numBytes =
-      static_cast<std::int64_t>(numRecords * (numWords + trailerWords) * sizeof(std::uint64_t));
+      static_cast<std::int64_t>(numRecords * (numWords + extraWords) * sizeof(std::uint64_t));
   state.SetBytesProcessed(numPasses * numBytes);
   state.counters["comparisons/s"] = benchmark::Counter(
       static_cast<double>(numPasses) * static_cast<double>(numRecords), benchmark::Counter::kIsRate);
@@ -45,7 +45,7 @@ void ScanRecords(benchmark::State& state, const QXBitCountKernel& kernel, std::s
                  std::size_t numRecords) {
   const std::uint64_t* records = GetRecords().data();
   const std::vector<std::uint64_t> query(records, records + numWords);
-  const std::size_t stride = numWords + trailerWords;
+  const std::size_t stride = numWords + extraWords;
   std::vector<std::uint32_t> both(blockRecords);
   for (auto _ : state) {
     for (std::size_t begin = 0; begin < numRecords; begin += blockRecords) {
@@ -79,7 +79,7 @@ template <bool isPrefetched>
 void ReadRecords(benchmark::State& state, std::size_t numWords, std::size_t numRecords) {
   if (!__builtin_cpu_supports("avx2")) return state.SkipWithError("needs AVX2");
   const std::uint64_t* records = GetRecords().data();
-  const std::size_t totalWords = numRecords * (numWords + trailerWords);
+  const std::size_t totalWords = numRecords * (numWords + extraWords);
   const auto sumWords = totalWords > cachedWords ? SumWords<true> : SumWords<false>;
   for (auto _ : state) benchmark::DoNotOptimize(sumWords(records, totalWords));
   SetCounters(state, numWords, numRecords);
@@ -88,7 +88,7 @@ void ReadRecords(benchmark::State& state, std::size_t numWords, std::size_t numR
 const bool areRegistered = [] {
   for (const std::size_t totalWords : {std::size_t{24} << 10, std::size_t{512} << 10, maxTotalWords}) {
     for (const std::size_t numWords : {4u, 16u, 32u, 64u}) {
-      const std::size_t numRecords = totalWords / (numWords + trailerWords);
+      const std::size_t numRecords = totalWords / (numWords + extraWords);
       const std::string shape = "/" + std::to_string(numWords) + "/" + std::to_string(numRecords);
       benchmark::RegisterBenchmark(("StreamingRead/avx2" + shape).c_str(), ReadRecords, numWords, numRecords);
       for (const QXBitCountKernel& kernel : QXSystem::QXGetBitCountKernels()) {
