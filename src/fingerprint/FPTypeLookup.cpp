@@ -14,8 +14,6 @@ namespace {
 
 using QXSystem::QXThrow;
 
-constexpr unsigned latestVSVersion = 2;
-
 /// The parameters of a kind's VS variants.
 struct VSRow {
   unsigned code;

@@ -11,6 +11,9 @@ namespace QXFingrix {
 template <class FPType>
 const QXFPTypeBase* CachedType(unsigned short version, const TypeParams& params);
 
+/// The newest version of the VS variants of the kinds.
+inline constexpr unsigned latestVSVersion = 2;
+
 /// How the parameters of a kind are kept.
 enum class TypeShape { Plain, Hashed, Unhashed };
 

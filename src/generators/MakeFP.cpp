@@ -5,13 +5,13 @@
 
 #include "QXFingrix/QXPathFP.h"
 #include "QXSystem/QXErrorHandler.h"
+#include "fingerprint/TypeTable.h"
 
 namespace QXFingrix {
 namespace {
 
 using QXSystem::QXThrow;
 
-constexpr unsigned latestVSVersion = 2;
 // What the entry point by code makes of its `vs` flag.
 constexpr unsigned deprecatedVSVersion = 1;
 

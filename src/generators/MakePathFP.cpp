@@ -7,7 +7,6 @@
 #include "QXChem/QXGraphMol.h"
 #include "QXChem/QXPerception.h"
 #include "QXFingrix/QXFPAtomLabels.h"
-#include "QXFingrix/QXFPAtomTypes.h"
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPVersion.h"
 #include "QXFingrix/QXFingerPrint.h"
@@ -15,6 +14,7 @@
 #include "QXFingrix/QXPrepareForFingerprinting.h"
 #include "QXFingrix/QXPrimes.h"
 #include "QXSystem/QXErrorHandler.h"
+#include "fingerprint/TypeTable.h"
 #include "generators/HashedPathWalk.h"
 
 namespace QXFingrix {
@@ -26,13 +26,9 @@ constexpr unsigned minNumBits = 16;
 constexpr unsigned maxNumBits = 65535;
 constexpr unsigned bondLimit = 20;
 
-struct PathParams {
-  unsigned numbits = 4096;
-  unsigned minbonds = 0;
-  unsigned maxbonds = 5;
-  unsigned atype = QXFPAtomType::DefaultPathAtom;
-  unsigned btype = QXFPBondType::DefaultPathBond;
-};
+const TypeParams& Defaults() {
+  return FindTypeRow(QXFPType::Path)->defaults;
+}
 
 // Symmetric start atoms are looked for where the walks are long and the molecule large enough to gain
 // from it.
@@ -40,29 +36,29 @@ constexpr unsigned shortWalk = 3;
 constexpr unsigned smallMolecule = 20;
 
 // Replaces what is out of range by the defaults, with a Warning each.
-PathParams CorrectParams(PathParams params) {
+TypeParams CorrectParams(TypeParams params) {
   const char* const caller = "QXMakePathFP()";
-  const PathParams defaults;
+  const TypeParams& defaults = Defaults();
   if (params.numbits < minNumBits || params.numbits > maxNumBits) {
     QXThrow.Warning("%s : invalid bit vector size %d for path fingerprint (default %d is used)!", caller,
                     params.numbits, defaults.numbits);
     params.numbits = defaults.numbits;
   }
-  if (params.minbonds > bondLimit) {
+  if (params.minDistance > bondLimit) {
     QXThrow.Warning("%s : invalid min bonds %d for path fingerprint (default %d is used)!", caller,
-                    params.minbonds, defaults.minbonds);
-    params.minbonds = defaults.minbonds;
+                    params.minDistance, defaults.minDistance);
+    params.minDistance = defaults.minDistance;
   }
-  if (params.maxbonds > bondLimit) {
+  if (params.maxDistance > bondLimit) {
     QXThrow.Warning("%s : invalid max bonds %d for path fingerprint (default %d is used)!", caller,
-                    params.maxbonds, defaults.maxbonds);
-    params.maxbonds = defaults.maxbonds;
+                    params.maxDistance, defaults.maxDistance);
+    params.maxDistance = defaults.maxDistance;
   }
-  if (params.maxbonds < params.minbonds) {
+  if (params.maxDistance < params.minDistance) {
     QXThrow.Warning(
         "%s : invalid min bonds %d > max bonds %d for path fingerprint (minbonds = maxbonds is used)!",
-        caller, params.minbonds, params.maxbonds);
-    params.minbonds = params.maxbonds;
+        caller, params.minDistance, params.maxDistance);
+    params.minDistance = params.maxDistance;
   }
   if (params.atype == 0 && params.btype == 0) {
     QXThrow.Warning("%s : invalid to have both atom and bond types set to be None (default types are used)!",
@@ -106,21 +102,21 @@ class WorkspaceLease {
 thread_local std::unique_ptr<Workspace> WorkspaceLease::kept;
 
 // Sets the bits of `words`; they are clear.
-void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const PathParams& params) {
+void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const TypeParams& params) {
   WorkspaceLease lease;
   auto& [copy, atomLabels, bondLabels, walk] = lease.Get();
   copy = mol;
   QXPrepareForFingerprinting(copy, QXFPType::Path);
   if (copy.NumAtoms() > 0) {
-    if (params.maxbonds > shortWalk && mol.NumAtoms() > smallMolecule) {
+    if (params.maxDistance > shortWalk && mol.NumAtoms() > smallMolecule) {
       QXChem::QXPerceiveSymmetry(copy, true, false);
     } else {
       // Classes that came along with the caller's molecule may rest on less than a proof.
       copy.ForgetPerceived(QXChem::QXPerceived::Symmetry);
     }
     QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
-    walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minbonds,
-                 params.maxbonds);
+    walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minDistance,
+                 params.maxDistance);
   }
   lease.GiveBack();
 }
@@ -133,20 +129,20 @@ bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned numb
     fp.SetFPTypeBase(nullptr);
     return false;
   }
-  const PathParams params = CorrectParams({numbits, minbonds, maxbonds, atype, btype});
+  const TypeParams params = CorrectParams({numbits, minbonds, maxbonds, atype, btype});
   if (!fp.SetSize(params.numbits)) throw std::bad_alloc();
   fp.ClearBits();
   // The modulus never exceeds the size, so every bit fits.
   SetPathBits(fp.GetWords(), mol, params);
   const auto version = static_cast<unsigned short>(QXGetFingerPrintVersion(QXFPType::Path));
-  fp.SetFPTypeBase(
-      QXGetPathFPType(version, params.numbits, params.minbonds, params.maxbonds, params.atype, params.btype));
+  fp.SetFPTypeBase(QXGetPathFPType(version, params.numbits, params.minDistance, params.maxDistance,
+                                   params.atype, params.btype));
   return true;
 }
 
 bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol) {
-  const PathParams defaults;
-  return QXMakePathFP(fp, mol, defaults.numbits, defaults.minbonds, defaults.maxbonds, defaults.atype,
+  const TypeParams& defaults = Defaults();
+  return QXMakePathFP(fp, mol, defaults.numbits, defaults.minDistance, defaults.maxDistance, defaults.atype,
                       defaults.btype);
 }
 
@@ -156,10 +152,11 @@ bool QXMakePathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTyp
     QXThrow.Warning("%s : invalid path fingerprint type!", "QXMakePathFP");
     return false;
   }
-  PathParams params;
-  QXFPPathType::SetParamsFromID(pathType->GetID(), params.numbits, params.minbonds, params.maxbonds,
+  TypeParams params;
+  QXFPPathType::SetParamsFromID(pathType->GetID(), params.numbits, params.minDistance, params.maxDistance,
                                 params.atype, params.btype);
-  return QXMakePathFP(fp, mol, params.numbits, params.minbonds, params.maxbonds, params.atype, params.btype);
+  return QXMakePathFP(fp, mol, params.numbits, params.minDistance, params.maxDistance, params.atype,
+                      params.btype);
 }
 
 }  // namespace QXFingrix
