@@ -63,6 +63,7 @@ class QX_API QXFPDatabaseOptions {
   unsigned numProcessors_ = 1;
 };
 
+/// The best hits of a search; made by QXInitFPDatabaseHitList.
 using QXFPDatabaseHitList = QXSystem::QXHitList<QXSimScore>;
 
 /// Makes the bounded list that keeps the best hits of a search; equal scores are ordered by lower index.

@@ -77,6 +77,8 @@ class QXFPHashedType final : public QXFPTypeBase {
   std::uint64_t id_;
 };
 
+/// @name Descriptor classes of the eight kinds
+/// @{
 using QXFPMACCS166Type = QXFPPlainType<QXFPType::MACCS166>;
 using QXFPLingoType = QXFPPlainType<QXFPType::Lingo>;
 using QXFPPathType = QXFPHashedType<QXFPType::Path>;
@@ -85,6 +87,7 @@ using QXFPTreeType = QXFPHashedType<QXFPType::Tree>;
 using QXFPUnhashedPathType = QXFPUnhashedType<QXFPType::UHPath>;
 using QXFPUnhashedCircularType = QXFPUnhashedType<QXFPType::UHCircular>;
 using QXFPUnhashedTreeType = QXFPUnhashedType<QXFPType::UHTree>;
+/// @}
 
 extern template class QX_API QXFPPlainType<QXFPType::MACCS166>;
 extern template class QX_API QXFPPlainType<QXFPType::Lingo>;

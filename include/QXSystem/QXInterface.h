@@ -9,6 +9,7 @@
 
 namespace QXSystem {
 
+/// What the text of a value has to be.
 enum class QXParameterType { Bool, Integer, Unsigned, Float, String };
 
 /// The description of one parameter of an interface. A name is written with its dash, "-limit"; wherever a
@@ -145,6 +146,7 @@ class QX_API QXInterface {
   std::vector<QXInterface> interfaces_;
 };
 
+/// How reading a command line ended; Help: the caller is to show the help text.
 enum class QXParseResult { Ok, Help, Error };
 
 /// Sets the parameters that a command line gives; argv[0] is skipped. An option is written `-name value`,
