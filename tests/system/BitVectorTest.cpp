@@ -9,10 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "QXSystem/QXErrorHandler.h"
+#include "Reports.h"
 
 namespace QXSystem {
 namespace {
+
+using namespace QXTest;
 
 const std::vector<unsigned> sizes = {0, 1, 7, 8, 9, 63, 64, 65, 127, 128, 129, 166, 1000, 4096};
 
@@ -41,13 +43,6 @@ void ExpectTailIsZero(const QXBitVector& bits) {
   EXPECT_EQ(numInWords, CountOn(ToBools(bits))) << "at size " << bits.GetSize();
 }
 
-TEST(BitVectorTest, IsBornWith64ClearBits) {
-  const QXBitVector bits;
-  EXPECT_EQ(bits.GetSize(), 64u);
-  EXPECT_EQ(bits.CountBits(), 0u);
-  EXPECT_EQ(bits.GetWords().size(), 1u);
-}
-
 TEST(BitVectorTest, RandomEditsMatchAVectorOfBools) {
   std::mt19937 random(1);
   for (const unsigned size : sizes) {
@@ -72,22 +67,14 @@ TEST(BitVectorTest, RandomEditsMatchAVectorOfBools) {
     EXPECT_EQ(ToBools(bits), model);
     EXPECT_EQ(bits.CountBits(), CountOn(model));
     ExpectTailIsZero(bits);
+    std::vector<bool> visited(size);
+    for (int bit = bits.FirstBit(); bit >= 0; bit = bits.NextBit(static_cast<unsigned>(bit))) {
+      visited.at(static_cast<std::size_t>(bit)) = true;
+    }
+    EXPECT_EQ(visited, model);
     bits.ClearBits();
     EXPECT_EQ(bits.CountBits(), 0u);
   }
-}
-
-TEST(BitVectorTest, BitsAreLowestFirstInBytesAndWords) {
-  QXBitVector bits(70);
-  bits.SetBitOn(0);
-  bits.SetBitOn(11);
-  bits.SetBitOn(69);
-  EXPECT_EQ(bits.GetDataSize(), 9u);
-  EXPECT_EQ(bits.GetData()[0], 1);
-  EXPECT_EQ(bits.GetData()[1], 8);
-  EXPECT_EQ(bits.GetData()[8], 32);
-  EXPECT_EQ(bits.GetWords()[0], 0x801u);
-  EXPECT_EQ(bits.GetWords()[1], 0x20u);
 }
 
 TEST(BitVectorTest, IndicesOutsideAreOffAndIgnored) {
@@ -103,18 +90,6 @@ TEST(BitVectorTest, IndicesOutsideAreOffAndIgnored) {
     }
     EXPECT_EQ(bits.CountBits(), 0u);
     EXPECT_EQ(bits.FirstBit(), -1);
-  }
-}
-
-TEST(BitVectorTest, FirstAndNextVisitEveryBitThatIsOn) {
-  std::mt19937 random(2);
-  for (const unsigned size : sizes) {
-    const QXBitVector bits = RandomBits(size, random);
-    std::vector<bool> visited(size);
-    for (int bit = bits.FirstBit(); bit >= 0; bit = bits.NextBit(static_cast<unsigned>(bit))) {
-      visited.at(static_cast<std::size_t>(bit)) = true;
-    }
-    EXPECT_EQ(visited, ToBools(bits));
   }
 }
 
@@ -151,18 +126,13 @@ TEST(BitVectorTest, ReusedVectorKeepsItsMemory) {
 }
 
 TEST(BitVectorTest, SizeAboveIntMaxIsReportedAndRefused) {
-  QXErrorCollector collector;
   QXBitVector bits(100);
   bits.SetBitOn(99);
-  EXPECT_FALSE(bits.SetSize(static_cast<unsigned>(INT_MAX) + 1));
+  const Reports report = {"Error: Max size for an QXBitVector is INT_MAX"};
+  EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(bits.SetSize(static_cast<unsigned>(INT_MAX) + 1)); }), report);
   EXPECT_EQ(bits.GetSize(), 100u);
   EXPECT_TRUE(bits.IsBitOn(99));
-  EXPECT_EQ(QXBitVector(UINT_MAX).GetSize(), 64u);
-  ASSERT_EQ(collector.Count(), 2u);
-  for (const QXErrorMessage& message : collector.Messages()) {
-    EXPECT_EQ(message.level, QXErrorLevel::Error);
-    EXPECT_EQ(message.text, "Max size for an QXBitVector is INT_MAX");
-  }
+  EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXBitVector(UINT_MAX).GetSize(), 64u); }), report);
 }
 
 TEST(BitVectorTest, CopiesAreIndependentAndMovedFromVectorsAreAsNew) {
@@ -191,13 +161,7 @@ TEST(BitVectorTest, CopiesAreIndependentAndMovedFromVectorsAreAsNew) {
   }
 }
 
-TEST(BitVectorTest, EqualityNeedsEqualSizes) {
-  EXPECT_FALSE(QXBitVector(64) == QXBitVector(65));
-  EXPECT_FALSE(QXBitVector(63) == QXBitVector(64));
-  EXPECT_TRUE(QXBitVector(0) == QXBitVector(0));
-}
-
-TEST(BitVectorTest, CombiningMatchesBitByBit) {
+TEST(BitVectorTest, CombiningAndCountingMatchBitByBit) {
   std::mt19937 random(5);
   for (const unsigned size : sizes) {
     const QXBitVector a = RandomBits(size, random);
@@ -208,37 +172,13 @@ TEST(BitVectorTest, CombiningMatchesBitByBit) {
     conjunction &= b;
     disjunction |= b;
     difference ^= b;
+    std::vector<unsigned> expected(4);
     for (unsigned i = 0; i < size; ++i) {
       EXPECT_EQ(conjunction.IsBitOn(i), a.IsBitOn(i) && b.IsBitOn(i));
       EXPECT_EQ(disjunction.IsBitOn(i), a.IsBitOn(i) || b.IsBitOn(i));
       EXPECT_EQ(difference.IsBitOn(i), a.IsBitOn(i) != b.IsBitOn(i));
+      ++expected[(a.IsBitOn(i) ? 0 : 2) + (b.IsBitOn(i) ? 0 : 1)];
     }
-  }
-}
-
-TEST(BitVectorTest, DifferentSizesDoNotCombineOrCompare) {
-  QXErrorCollector collector;
-  QXBitVector bits(10);
-  bits.SetBitOn(3);
-  bits &= QXBitVector(11);
-  bits |= QXBitVector(9);
-  bits ^= QXBitVector(100);
-  EXPECT_EQ(bits.CountBits(), 1u);
-  unsigned onlyA = 5, onlyB = 6, both = 7, neither = 8;
-  EXPECT_FALSE(QXGetBitCounts(bits, QXBitVector(11), &onlyA, &onlyB, &both, &neither));
-  EXPECT_EQ(std::vector({onlyA, onlyB, both, neither}), (std::vector{5u, 6u, 7u, 8u}));
-  ASSERT_EQ(collector.Count(), 4u);
-  for (const QXErrorMessage& message : collector.Messages()) EXPECT_EQ(message.level, QXErrorLevel::Error);
-  EXPECT_EQ(collector.Messages()[3].text, "QXGetBitCounts() bit vectors of 10 and 11 bits do not compare");
-}
-
-TEST(BitVectorTest, BitCountsMatchANaiveCount) {
-  std::mt19937 random(6);
-  for (const unsigned size : sizes) {
-    const QXBitVector a = RandomBits(size, random);
-    const QXBitVector b = RandomBits(size, random);
-    std::vector<unsigned> expected(4);
-    for (unsigned i = 0; i < size; ++i) ++expected[(a.IsBitOn(i) ? 0 : 2) + (b.IsBitOn(i) ? 0 : 1)];
     unsigned onlyA = 0, onlyB = 0, both = 0, neither = 0;
     ASSERT_TRUE(QXGetBitCounts(a, b, &onlyA, &onlyB, &both, &neither));
     EXPECT_EQ(std::vector({both, onlyA, onlyB, neither}), expected);
@@ -248,12 +188,30 @@ TEST(BitVectorTest, BitCountsMatchANaiveCount) {
   }
 }
 
-TEST(BitVectorTest, HexTextIsBytesInStorageOrderAndReadsBack) {
-  QXBitVector bits(20);
-  bits.SetBitOn(4);
-  bits.SetBitOn(9);
-  bits.SetBitOn(19);
-  EXPECT_EQ(bits.ToHexString(), "100208");
+TEST(BitVectorTest, DifferentSizesAreUnequalAndDoNotCombineOrCompare) {
+  QXBitVector bits(10);
+  bits.SetBitOn(3);
+  unsigned onlyA = 5, onlyB = 6, both = 7, neither = 8;
+  const Reports reports = ReportsOf([&] {
+    bits &= QXBitVector(11);
+    bits |= QXBitVector(9);
+    bits ^= QXBitVector(100);
+    EXPECT_FALSE(QXGetBitCounts(bits, QXBitVector(11), &onlyA, &onlyB, &both, &neither));
+    EXPECT_FALSE(QXBitVector(63) == QXBitVector(64));
+  });
+  EXPECT_EQ(bits.CountBits(), 1u);
+  EXPECT_EQ(std::vector({onlyA, onlyB, both, neither}), (std::vector{5u, 6u, 7u, 8u}));
+  ASSERT_EQ(reports.size(), 4u);
+  for (const std::string& report : reports) EXPECT_TRUE(report.starts_with("Error: ")) << report;
+  EXPECT_EQ(reports[3], "Error: QXGetBitCounts() bit vectors of 10 and 11 bits do not compare");
+}
+
+TEST(BitVectorTest, BytesWordsAndHexTextHaveTheLowestBitFirst) {
+  QXBitVector bits(70);
+  for (const unsigned bit : {0, 11, 69}) bits.SetBitOn(bit);
+  EXPECT_EQ(bits.ToHexString(), "010800000000000020");
+  EXPECT_EQ(std::vector(bits.GetWords().begin(), bits.GetWords().end()),
+            (std::vector<std::uint64_t>{0x801, 0x20}));
   std::mt19937 random(7);
   for (const unsigned size : sizes) {
     const QXBitVector source = RandomBits(size, random);

@@ -4,12 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXInterface.h"
+#include "Reports.h"
 
 namespace QXSystem {
 namespace {
 
+using namespace QXTest;
 using enum QXParameterType;
 using Arguments = std::vector<const char*>;
 
@@ -32,11 +33,8 @@ QXParseResult Parse(QXInterface& itf, Arguments arguments) {
 
 TEST(CommandLineTest, EverySpellingSetsTheSameValues) {
   using Values = std::map<std::string, std::string>;
-  struct Case {
-    Arguments arguments;
-    Values expected;  // exactly the parameters that are set
-  };
-  const std::vector<Case> cases = {
+  const std::pair<Arguments, Values> cases[] = {
+      // exactly the parameters that are set
       {{"a.smi"}, {{"in", "a.smi"}}},
       {{"a.smi", "b"}, {{"in", "a.smi"}, {"out", "b"}}},
       {{"-limit", "5", "a"}, {{"in", "a"}, {"limit", "5"}}},
@@ -57,23 +55,19 @@ TEST(CommandLineTest, EverySpellingSetsTheSameValues) {
       {{"--", "-limit", "--"}, {{"in", "-limit"}, {"out", "--"}}},
       {{"-in=", "b"}, {{"in", ""}, {"out", "b"}}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [arguments, expected] : cases) {
     QXInterface itf = MakeInterface();
-    EXPECT_EQ(Parse(itf, c.arguments), QXParseResult::Ok);
+    EXPECT_EQ(Parse(itf, arguments), QXParseResult::Ok);
     Values values;
     for (const char* name : {"in", "out", "verbose", "limit", "cutoff"}) {
       if (itf.IsSet(name)) values[name] = itf.GetValueText(name);
     }
-    EXPECT_EQ(values, c.expected) << testing::PrintToString(c.arguments);
+    EXPECT_EQ(values, expected) << testing::PrintToString(arguments);
   }
 }
 
 TEST(CommandLineTest, BadLinesAreReportedOnceAndSetNothing) {
-  struct Case {
-    Arguments arguments;
-    const char* report;
-  };
-  const std::vector<Case> cases = {
+  const std::pair<Arguments, std::string> cases[] = {
       {{}, "parameter -in is required"},
       {{"a", "-limt", "5"}, "unknown option -limt, did you mean -limit?"},
       {{"a", "--verb"}, "unknown option --verb, did you mean -verbose?"},
@@ -87,12 +81,10 @@ TEST(CommandLineTest, BadLinesAreReportedOnceAndSetNothing) {
       {{"a", "b", "c"}, "unexpected argument 'c'"},
       {{"-in", "a", "b", "c"}, "unexpected argument 'c'"},
   };
-  for (const Case& c : cases) {
+  for (const auto& [arguments, report] : cases) {
     QXInterface itf = MakeInterface();
-    QXErrorCollector collector;
-    EXPECT_EQ(Parse(itf, c.arguments), QXParseResult::Error);
-    ASSERT_EQ(collector.Count(), 1u) << c.report;
-    EXPECT_EQ(collector.Messages()[0].text, std::string("QXParseCommandLine, ") + c.report);
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(Parse(itf, arguments), QXParseResult::Error); }),
+              Reports{"Warning: QXParseCommandLine, " + report});
     EXPECT_FALSE(itf.IsSet("-in"));
   }
 }
@@ -100,9 +92,10 @@ TEST(CommandLineTest, BadLinesAreReportedOnceAndSetNothing) {
 TEST(CommandLineTest, HelpIsGivenAtOnceUnlessTheNameIsTaken) {
   for (const char* option : {"-h", "--help", "-help"}) {
     QXInterface itf = MakeInterface();
-    QXErrorCollector collector;
-    EXPECT_EQ(Parse(itf, {"a", option, "-limit", "x"}), QXParseResult::Help);
-    EXPECT_EQ(collector.Count(), 0u);
+    EXPECT_EQ(ReportsOf([&] {
+                EXPECT_EQ(Parse(itf, {"a", option, "-limit", "x"}), QXParseResult::Help);
+              }),
+              silence);
     EXPECT_FALSE(itf.IsSet("-in"));
   }
   QXInterface itf = MakeInterface();

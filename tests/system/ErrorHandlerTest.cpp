@@ -40,29 +40,20 @@ TEST_F(ErrorHandlerTest, WorksInStaticInitialisers) {
   EXPECT_EQ(earlyMessages[0].text, "early");
 }
 
-TEST_F(ErrorHandlerTest, PrintsOneLineWithTheLevelToStandardError) {
-  EXPECT_EQ(Printed([] {
-              QXThrow.Info("%d of %s", 3, "x");
-              QXThrow.Warning("w");
-              QXThrow.Error("e");
-              QXThrow.Report(QXErrorLevel::Info, "100% %s");
-            }),
-            "Info: 3 of x\nWarning: w\nError: e\nInfo: 100% %s\n");
-}
-
-TEST_F(ErrorHandlerTest, DropsReportsBelowItsLevel) {
+TEST_F(ErrorHandlerTest, PrintsALineForEachReportFromItsLevelUp) {
   const auto reportAll = [] {
     QXThrow.Debug("d");
-    QXThrow.Verbose("v");
+    QXThrow.Verbose("%d of %s", 3, "x");
     QXThrow.Info("i");
     QXThrow.Warning("w");
     QXThrow.Error("e");
+    QXThrow.Report(QXErrorLevel::Error, "100% %s");
   };
-  EXPECT_EQ(Printed(reportAll), "Info: i\nWarning: w\nError: e\n");
+  EXPECT_EQ(Printed(reportAll), "Info: i\nWarning: w\nError: e\nError: 100% %s\n");
   QXThrow.SetLevel(QXErrorLevel::Error);
-  EXPECT_EQ(Printed(reportAll), "Error: e\n");
+  EXPECT_EQ(Printed(reportAll), "Error: e\nError: 100% %s\n");
   QXThrow.SetLevel(QXErrorLevel::Debug);
-  EXPECT_EQ(Printed(reportAll), "Debug: d\nVerbose: v\nInfo: i\nWarning: w\nError: e\n");
+  EXPECT_EQ(Printed(reportAll), "Debug: d\nVerbose: 3 of x\nInfo: i\nWarning: w\nError: e\nError: 100% %s\n");
 }
 
 TEST_F(ErrorHandlerTest, LongTextsAreKeptWhole) {

@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "QXSystem/QXErrorHandler.h"
+#include "Reports.h"
 
 namespace QXSystem {
 namespace {
 
+using namespace QXTest;
 using enum QXParameterType;
 
 QXInterface MakeSearchInterface() {
@@ -58,82 +59,70 @@ TEST(InterfaceTest, DefaultIsAValueButNotSet) {
 }
 
 TEST(InterfaceTest, RefusedValuesAreReportedOnceAndChangeNothing) {
-  struct Case {
+  const struct {
     const char* name;
     const char* value;
     const char* report;
-  };
-  const std::vector<Case> cases = {
-      {"-limit", "many", "QXInterface::Set, value 'many' of parameter -limit is not of type integer"},
-      {"-l", "100001",
-       "QXInterface::Set, value '100001' of parameter -limit is not in the range 0 to 100000"},
-      {"-limit", "-1", "QXInterface::Set, value '-1' of parameter -limit is not in the range 0 to 100000"},
-      {"-cutoff", "1.5", "QXInterface::Set, value '1.5' of parameter -cutoff is not at most 1"},
-      {"-cutoff", "nan", "QXInterface::Set, value 'nan' of parameter -cutoff is not of type float"},
-      {"-threads", "-1", "QXInterface::Set, value '-1' of parameter -threads is not of type unsigned"},
-      {"-descending", "maybe",
-       "QXInterface::Set, value 'maybe' of parameter -descending is not of type bool"},
-      {"-measure", "dice", "QXInterface::Set, value 'dice' of parameter -measure is not one of Dice, Cosine"},
-      {"-colour", "red", "QXInterface::Set, unknown parameter -colour for value 'red'"},
+  } cases[] = {
+      {"-limit", "many", "value 'many' of parameter -limit is not of type integer"},
+      {"-l", "100001", "value '100001' of parameter -limit is not in the range 0 to 100000"},
+      {"-limit", "-1", "value '-1' of parameter -limit is not in the range 0 to 100000"},
+      {"-cutoff", "1.5", "value '1.5' of parameter -cutoff is not at most 1"},
+      {"-cutoff", "nan", "value 'nan' of parameter -cutoff is not of type float"},
+      {"-threads", "-1", "value '-1' of parameter -threads is not of type unsigned"},
+      {"-descending", "maybe", "value 'maybe' of parameter -descending is not of type bool"},
+      {"-measure", "dice", "value 'dice' of parameter -measure is not one of Dice, Cosine"},
+      {"-colour", "red", "unknown parameter -colour for value 'red'"},
   };
   QXInterface itf = MakeInterface();
-  for (const Case& c : cases) {
-    QXErrorCollector collector;
-    EXPECT_FALSE(itf.Set(c.name, c.value));
-    ASSERT_EQ(collector.Count(), 1u) << c.report;
-    EXPECT_EQ(collector.Messages()[0].level, QXErrorLevel::Warning);
-    EXPECT_EQ(collector.Messages()[0].text, c.report);
+  for (const auto& c : cases) {
+    EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(itf.Set(c.name, c.value)); }),
+              Reports{std::string("Warning: QXInterface::Set, ") + c.report});
     EXPECT_FALSE(itf.IsSet(c.name));
   }
   EXPECT_TRUE(itf.Set("-limit", "0") && itf.Set("-limit", "100000") && itf.Set("-cutoff", "-5"));
 }
 
-TEST(InterfaceTest, ReadingTheWrongTypeIsReported) {
+TEST(InterfaceTest, ReadingTheWrongTypeOrANumberThatDoesNotFitIsReported) {
   QXInterface itf = MakeInterface();
   itf.Set("-in", "5");
-  QXErrorCollector collector;
+  itf.AddParameter(QXParameter("-negative", Integer).SetDefault("-3"));
+  itf.AddParameter(QXParameter("-large", Integer).SetDefault("4294967295"));
   int number = 77;
+  unsigned size = 78;
   std::string text = "old";
-  EXPECT_FALSE(itf.Get("-in", number));
-  EXPECT_FALSE(itf.Get("-limit", text));
-  EXPECT_FALSE(itf.Get("-cutoff", text));
-  EXPECT_FALSE(itf.Get("-colour", text));
-  EXPECT_EQ(itf.Get<bool>("-limit"), false);
+  const std::string wrongType = " is not of requested type";
+  const std::pair<const char*, std::string> cases[] = {
+      {"-limit", "requested parameter -limit" + wrongType},
+      {"-cutoff", "requested parameter -cutoff has no value"},
+      {"-colour", "unknown parameter -colour"},
+  };
+  for (const auto& [name, report] : cases) {
+    EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(itf.Get(name, text)); }),
+              Reports{"Warning: QXInterface::Get, " + report});
+  }
+  const Reports reports = ReportsOf([&] {
+    EXPECT_FALSE(itf.Get("-in", number));
+    EXPECT_FALSE(itf.Get("-large", number));
+    EXPECT_FALSE(itf.Get("-negative", size));
+    EXPECT_EQ(itf.Get<bool>("-limit"), false);
+  });
+  EXPECT_EQ(reports.size(), 4u);
   EXPECT_EQ(number, 77);
+  EXPECT_EQ(size, 78u);
   EXPECT_EQ(text, "old");
-  const std::vector<QXErrorMessage> messages = collector.Messages();
-  ASSERT_EQ(messages.size(), 5u);
-  EXPECT_EQ(messages[0].text, "QXInterface::Get, requested parameter -in is not of requested type");
-  EXPECT_EQ(messages[1].text, "QXInterface::Get, requested parameter -limit is not of requested type");
-  EXPECT_EQ(messages[2].text, "QXInterface::Get, requested parameter -cutoff has no value");
-  EXPECT_EQ(messages[3].text, "QXInterface::Get, unknown parameter -colour");
-}
-
-TEST(InterfaceTest, IntegersAreReadAsEitherSignWhereTheyFit) {
-  QXInterface itf;
-  itf.AddParameter(QXParameter("-a", Integer).SetDefault("-3"));
-  itf.AddParameter(QXParameter("-b", Integer).SetDefault("4294967295"));
-  QXErrorCollector collector;
-  unsigned value = 77;
-  int signedValue = 78;
-  EXPECT_FALSE(itf.Get("-a", value));
-  EXPECT_FALSE(itf.Get("-b", signedValue));
-  EXPECT_EQ(collector.Count(), 2u);
-  EXPECT_EQ(value, 77u);
-  EXPECT_EQ(signedValue, 78);
-  EXPECT_EQ(itf.Get<unsigned>("-b"), 4294967295u);
-  EXPECT_EQ(itf.Get<int>("-a"), -3);
+  EXPECT_EQ(itf.Get<unsigned>("-large"), 4294967295u);
+  EXPECT_EQ(itf.Get<int>("-negative"), -3);
 }
 
 TEST(InterfaceTest, BoolsAndFractionsAreRead) {
   QXInterface itf = MakeInterface();
-  for (const char* text : {"true", "TRUE", "yes", "on", "1"}) {
-    ASSERT_TRUE(itf.Set("-descending", text));
-    EXPECT_TRUE(itf.Get<bool>("-descending"));
-  }
-  for (const char* text : {"false", "No", "off", "0"}) {
-    ASSERT_TRUE(itf.Set("-descending", text));
-    EXPECT_FALSE(itf.Get<bool>("-descending"));
+  for (const bool expected : {true, false}) {
+    const std::vector<const char*> on = {"true", "TRUE", "yes", "on", "1"}, off = {"false", "No", "off", "0"};
+    for (const char* text : expected ? on : off) {
+      ASSERT_TRUE(itf.Set("-descending", text));
+      EXPECT_EQ(itf.Get<bool>("-descending"), expected) << text;
+    }
   }
   ASSERT_TRUE(itf.Set("-cutoff", "0.7"));
   EXPECT_EQ(itf.Get<float>("-cutoff"), 0.7f);
@@ -142,17 +131,18 @@ TEST(InterfaceTest, BoolsAndFractionsAreRead) {
 
 TEST(InterfaceTest, TakenNamesAreRefused) {
   QXInterface itf = MakeInterface();
-  QXErrorCollector collector;
-  EXPECT_FALSE(itf.AddParameter(QXParameter("--in", Integer)));
-  EXPECT_FALSE(itf.AddParameter(QXParameter("-l", Integer)));
-  EXPECT_FALSE(itf.AddParameter(QXParameter("-new", Integer).SetAlias("-limit")));
-  EXPECT_FALSE(itf.AddParameter(QXParameter("-other", Integer).SetKeyless(1)));
-  EXPECT_FALSE(itf.AddParameter(QXParameter("--", Integer)));
-  EXPECT_FALSE(itf.AddInterface(QXInterface("search options")));
   QXInterface clashing("more");
   clashing.AddParameter(QXParameter("-m", Integer));
-  EXPECT_FALSE(itf.AddInterface(clashing));
-  EXPECT_EQ(collector.Count(), 7u);
+  const Reports reports = ReportsOf([&] {
+    EXPECT_FALSE(itf.AddParameter(QXParameter("--in", Integer)));
+    EXPECT_FALSE(itf.AddParameter(QXParameter("-l", Integer)));
+    EXPECT_FALSE(itf.AddParameter(QXParameter("-new", Integer).SetAlias("-limit")));
+    EXPECT_FALSE(itf.AddParameter(QXParameter("-other", Integer).SetKeyless(1)));
+    EXPECT_FALSE(itf.AddParameter(QXParameter("--", Integer)));
+    EXPECT_FALSE(itf.AddInterface(QXInterface("search options")));
+    EXPECT_FALSE(itf.AddInterface(clashing));
+  });
+  EXPECT_EQ(reports.size(), 7u);
   EXPECT_EQ(itf.GetParameters().size(), 4u);
   EXPECT_EQ(itf.GetInterfaces().size(), 1u);
 }
