@@ -20,6 +20,13 @@ std::uint8_t Saturate(std::size_t count) {
   return static_cast<std::uint8_t>(std::min<std::size_t>(count, 255));
 }
 
+// Room for more at the end, so that adding them cannot fail halfway.
+template <class T>
+void MakeRoom(std::vector<T>& items, std::size_t more) {
+  const std::size_t needed = items.size() + more;
+  if (needed > items.capacity()) items.reserve(std::max(needed, 2 * items.capacity()));
+}
+
 }  // namespace
 
 QXMolBase::QXMolBase() = default;
@@ -44,12 +51,17 @@ QXMolBase::QXMolBase(QXMolBase&& other) noexcept {
 
 QXMolBase& QXMolBase::operator=(const QXMolBase& other) {
   if (this == &other) return *this;
-  atoms_ = other.atoms_;
-  bonds_ = other.bonds_;
-  offsets_ = other.offsets_;
-  neighbors_ = other.neighbors_;
-  mapIdx_ = other.mapIdx_;
-  title_ = other.title_;
+  try {
+    atoms_ = other.atoms_;
+    bonds_ = other.bonds_;
+    offsets_ = other.offsets_;
+    neighbors_ = other.neighbors_;
+    mapIdx_ = other.mapIdx_;
+    title_ = other.title_;
+  } catch (...) {  // half of it belongs to the other
+    Invalidate();
+    throw;
+  }
   preparedMark_ = other.preparedMark_;
   perceived_ = other.perceived_;
   valid_ = other.valid_;
@@ -109,6 +121,9 @@ QXAtomBase* QXMolBase::NewAtom(unsigned atomicNum) {
                               atomicNum, atoms_.size());
     return nullptr;
   }
+  MakeRoom(offsets_, 2);
+  MakeRoom(mapIdx_, mapIdx_.empty() ? 0 : 1);
+  MakeRoom(atoms_, 1);
   if (offsets_.empty()) offsets_.push_back(0);
   offsets_.push_back(offsets_.back());
   if (!mapIdx_.empty()) mapIdx_.push_back(0);
@@ -128,6 +143,8 @@ QXBondBase* QXMolBase::NewBond(unsigned atomA, unsigned atomB, unsigned order) {
                               order, atomA, atomB);
     return nullptr;
   }
+  MakeRoom(bonds_, 1);
+  MakeRoom(neighbors_, 2);
   const unsigned idx = NumBonds();
   QXBondBase& bond = bonds_.emplace_back();
   bond.parent_ = this;

@@ -1,0 +1,122 @@
+// The global allocator fails when told to; what a failed call leaves behind must still be a molecule.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <thread>
+
+#include "QXChem/QXPerception.h"
+#include "chem/SharedMolecules.h"
+
+namespace {
+
+constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
+thread_local std::size_t allocationsLeft = never;
+
+}  // namespace
+
+// Not inlined, or the compiler takes malloc() and delete for a pair that does not match.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  if (allocationsLeft != never && allocationsLeft-- == 0) {
+    allocationsLeft = never;
+    throw std::bad_alloc();
+  }
+  if (void* memory = std::malloc(size ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace QXChem {
+namespace {
+
+// Calls once for every allocation the work does, each time failing at another one, until all succeed; returns
+// how often it failed.
+template <class Work, class Check>
+unsigned FailAtEveryAllocation(Work work, Check check) {
+  for (unsigned n = 0;; ++n) {
+    bool failed = false;
+    allocationsLeft = n;
+    try {
+      work();
+    } catch (const std::bad_alloc&) {
+      failed = true;
+    }
+    allocationsLeft = never;
+    check();
+    if (!failed) return n;
+  }
+}
+
+void ExpectConsistent(const QXMolBase& mol) {
+  std::size_t numNeighbors = 0;
+  for (const QXAtomBase& atom : mol.Atoms()) {
+    ASSERT_EQ(&atom.GetParent(), &mol);
+    numNeighbors += atom.GetNeighbors().size();
+  }
+  for (const QXBondBase& bond : mol.Bonds()) ASSERT_EQ(&bond.GetParent(), &mol);
+  EXPECT_EQ(numNeighbors, 2u * mol.NumBonds());
+}
+
+TEST(OutOfMemory, FailedCopyOrEditLeavesAMoleculeOfItsOwn) {
+  const QXGraphMol source = FromSmiles("[CH3:1]C(=O)Oc1ccccc1C(=O)O");
+  QXGraphMol copy;
+  EXPECT_GT(FailAtEveryAllocation(
+                [&] {
+                  copy = QXGraphMol();
+                  copy.NewAtom(6);
+                  copy = source;
+                },
+                [&] { ExpectConsistent(copy); }),
+            0u);
+  EXPECT_EQ(copy.NumAtoms(), source.NumAtoms());
+
+  QXGraphMol grown;
+  EXPECT_GT(FailAtEveryAllocation(
+                [&] {
+                  for (unsigned i = 0; i < 9; ++i) {
+                    grown.NewAtom(6)->SetMapIdx(i);
+                    if (grown.NumAtoms() > 1) grown.NewBond(grown.NumAtoms() - 2, grown.NumAtoms() - 1, 1);
+                  }
+                },
+                [&] { ExpectConsistent(grown); }),
+            0u);
+}
+
+// The buffers that a thread keeps must not remember a call that failed.
+TEST(OutOfMemory, PerceptionAfterAFailureGivesWhatItGivesWithoutOne) {
+  QXGraphMol ring = FromSmiles("C1" + std::string(300, 'C') + "C1C(C)N");
+  const auto perceive = [](QXGraphMol& mol) {
+    mol.ForgetPerceived(QXPerceived::Rings);
+    mol.ForgetPerceived(QXPerceived::Chirality);
+    QXPerceiveSymmetry(mol, true, true);
+  };
+  QXGraphMol expected = ring;
+  perceive(expected);
+  QXGraphMol small = FromSmiles("C1CC1CN");
+  unsigned numFailed = 0;
+  std::thread([&] {  // a new one has no buffers yet
+    numFailed = FailAtEveryAllocation([&] { perceive(ring); },
+                                      [&] {
+                                        perceive(small);
+                                        EXPECT_FALSE(small.GetAtom(3)->IsInRing());
+                                        EXPECT_EQ(small.GetAtom(1)->GetSymmetryClass(),
+                                                  small.GetAtom(0)->GetSymmetryClass());
+                                      });
+  })
+      .join();
+  EXPECT_GT(numFailed, 5u);
+  for (unsigned i = 0; i < ring.NumAtoms(); ++i) {
+    EXPECT_EQ(ring.GetAtom(i)->GetSymmetryClass(), expected.GetAtom(i)->GetSymmetryClass()) << i;
+    EXPECT_EQ(ring.GetAtom(i)->IsInRing(), expected.GetAtom(i)->IsInRing()) << i;
+  }
+}
+
+}  // namespace
+}  // namespace QXChem
