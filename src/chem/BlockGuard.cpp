@@ -1,11 +1,13 @@
 // Mol and mol2 blocks before the parser sees them. It stores charges and isotopes modulo the size of their
 // fields, stops at a NUL as if the text ended there, and trusts the atom numbers in the bonds of a mol2
-// block.
+// block. A field is found here wherever the parser would find it: by columns in a V2000 block, in any case and
+// over continuation lines in a V3000 block.
 
 #include "chem/BlockGuard.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "chem/database/Utf8.h"
 
@@ -19,50 +21,29 @@ std::string AtByte(std::size_t position) {
   return " at byte " + std::to_string(position + 1);
 }
 
-bool IsSafeText(std::string_view text, std::string& reason) {
-  if (const std::size_t nul = text.find('\0'); nul != std::string_view::npos) {
-    reason = "NUL" + AtByte(nul);
-    return false;
-  }
-  if (const std::size_t bad = FindInvalidUtf8(text); bad != text.size()) {
-    reason = "not UTF-8" + AtByte(bad);
-    return false;
-  }
-  return true;
+bool HasNoNul(std::string_view text, std::string& reason) {
+  const std::size_t nul = text.find('\0');
+  if (nul == std::string_view::npos) return true;
+  reason = "NUL" + AtByte(nul);
+  return false;
 }
 
-// Whether the number behind blanks at the start of the text, if there is one, is at most limit in size.
+bool IsUtf8From(std::size_t start, std::string_view text, std::string& reason) {
+  const std::size_t bad = start + FindInvalidUtf8(text.substr(start));
+  if (bad == text.size()) return true;
+  reason = "not UTF-8" + AtByte(bad);
+  return false;
+}
+
+// Whether the number at the start of the text, blanks and a sign before it, is at most limit in size. Text
+// without a number fits: it is the parser's to refuse.
 bool NumberFits(std::string_view text, int limit) {
-  const std::size_t start = text.find_first_not_of(' ');
-  if (start == std::string_view::npos) return true;
-  int value = 0;
-  const auto [end, error] = std::from_chars(text.data() + start, text.data() + text.size(), value);
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) return false;
-  return error != std::errc() || (value <= limit && value >= -limit);
-}
-
-// "M  CHG  n aaa vvv ...": every second of the blank-separated numbers behind the count.
-bool ChargeLineFits(std::string_view line) {
-  bool isValue = false;
-  bool isCount = true;
-  while (!line.empty()) {
-    const std::size_t start = line.find_first_not_of(" \r");
-    if (start == std::string_view::npos) return true;
-    line.remove_prefix(start);
-    const std::size_t size = std::min(line.find_first_of(" \r"), line.size());
-    if (isValue && !NumberFits(line.substr(0, size), maxCharge)) return false;
-    if (!isCount) isValue = !isValue;
-    isCount = false;
-    line.remove_prefix(size);
-  }
-  return true;
-}
-
-bool FieldFits(std::string_view block, std::string_view field, int limit) {
-  for (std::size_t at = block.find(field); at != std::string_view::npos; at = block.find(field, at + 1)) {
-    if (!NumberFits(block.substr(at + field.size()), limit)) return false;
-  }
-  return true;
+  return error != std::errc() || std::abs(value) <= limit;
 }
 
 // Takes the next line off the text.
@@ -98,15 +79,26 @@ std::string NoSuchAtoms(unsigned bond, unsigned numAtoms) {
   return "bond " + std::to_string(bond) + " does not join two of the " + std::to_string(numAtoms) + " atoms";
 }
 
+bool ChargeFits(std::string_view text, int limit, std::string& reason) {
+  if (NumberFits(text, limit)) return true;
+  reason = "charge above " + std::to_string(maxCharge);
+  return false;
+}
+
+// The atom lines of a V2000 block: three columns for the charge, 4 - charge in fact.
+bool AtomLinesFit(std::string_view& block, unsigned numAtoms, std::string& reason) {
+  constexpr std::size_t chargeColumn = 36;
+  for (unsigned i = 0; i < numAtoms; ++i) {
+    const std::string_view line = NextLine(block);
+    if (line.size() <= chargeColumn) continue;
+    if (!ChargeFits(line.substr(chargeColumn, 3), maxCharge - 4, reason)) return false;
+  }
+  return true;
+}
+
 // Whether the bonds of a V2000 block join atoms that it has. The parser notices when they do not, but keeps the
 // molecule it has begun for good.
-bool BondsFit(std::string_view block, std::string& reason) {
-  for (int i = 0; i < 3; ++i) NextLine(block);
-  const std::string_view counts = NextLine(block);
-  if (counts.find("V3000") != std::string_view::npos) return true;
-  const unsigned numAtoms = ColumnNumber(counts, 0);
-  const unsigned numBonds = ColumnNumber(counts, 3);
-  for (unsigned i = 0; i < numAtoms; ++i) NextLine(block);
+bool BondLinesFit(std::string_view& block, unsigned numBonds, unsigned numAtoms, std::string& reason) {
   for (unsigned i = 1; i <= numBonds; ++i) {
     const std::string_view line = NextLine(block);
     if (AreAtoms(ColumnNumber(line, 0), ColumnNumber(line, 3), numAtoms)) continue;
@@ -116,28 +108,86 @@ bool BondsFit(std::string_view block, std::string& reason) {
   return true;
 }
 
+// "M  CHG" and its like: a count of three columns, then an atom and a charge of four columns each, again and
+// again. An isotope of four columns fits always.
+bool ChargeLinesFit(std::string_view block, std::string& reason) {
+  constexpr std::size_t firstPair = 9;
+  while (!block.empty()) {
+    const std::string_view line = NextLine(block);
+    if (!line.starts_with("M  CHG") && !line.starts_with("M  ZCH")) continue;
+    for (std::size_t column = firstPair + 4; column < line.size(); column += 8) {
+      if (!ChargeFits(line.substr(column, 4), maxCharge, reason)) return false;
+    }
+  }
+  return true;
+}
+
+bool IsV2000Safe(std::string_view counts, std::string_view block, std::string& reason) {
+  const unsigned numAtoms = ColumnNumber(counts, 0);
+  return AtomLinesFit(block, numAtoms, reason) &&
+         BondLinesFit(block, ColumnNumber(counts, 3), numAtoms, reason) && ChargeLinesFit(block, reason);
+}
+
+bool FieldFits(std::string_view line, std::string_view field, int limit) {
+  for (std::size_t at = line.find(field); at != std::string_view::npos; at = line.find(field, at + 1)) {
+    if (!NumberFits(line.substr(at + field.size()), limit)) return false;
+  }
+  return true;
+}
+
+// The next line behind the prefix of a V3000 block in upper case, with its continuation lines.
+std::string NextV3000Line(std::string_view& block) {
+  constexpr std::string_view prefix = "M  V30 ";
+  std::string joined;
+  while (!block.empty()) {
+    std::string_view line = NextLine(block);
+    if (!line.starts_with(prefix)) break;
+    line.remove_prefix(prefix.size());
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    const bool continues = line.ends_with('-');
+    if (continues) line.remove_suffix(1);
+    joined += line;
+    if (!continues) break;
+  }
+  for (char& c : joined) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return joined;
+}
+
+bool IsV3000Safe(std::string_view block, std::string& reason) {
+  bool inAtoms = false;  // elsewhere the words may be data
+  while (!block.empty()) {
+    const std::string line = NextV3000Line(block);
+    if (line.starts_with("BEGIN ATOM")) inAtoms = true;
+    if (line.starts_with("END ATOM")) inAtoms = false;
+    if (!inAtoms) continue;
+    if (!FieldFits(line, "CHG=", maxCharge)) {
+      reason = "charge above " + std::to_string(maxCharge);
+      return false;
+    }
+    if (!FieldFits(line, "MASS=", maxIsotope)) {
+      reason = "isotope above " + std::to_string(maxIsotope);
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 bool IsSafeMolBlock(std::string_view block, std::string& reason) {
-  if (!IsSafeText(block, reason) || !BondsFit(block, reason)) return false;
-  constexpr std::string_view chargeLine = "\nM  CHG";
-  bool chargesFit = FieldFits(block, " CHG=", maxCharge);
-  for (std::size_t at = block.find(chargeLine); at != std::string_view::npos;
-       at = block.find(chargeLine, at + 1)) {
-    const std::size_t start = at + chargeLine.size();
-    chargesFit = chargesFit && ChargeLineFits(block.substr(start, block.find('\n', start) - start));
-  }
-  if (!chargesFit) {
-    reason = "charge above " + std::to_string(maxCharge);
-    return false;
-  }
-  if (FieldFits(block, " MASS=", maxIsotope)) return true;
-  reason = "isotope above " + std::to_string(maxIsotope);
-  return false;
+  std::string_view rest = block;
+  for (int i = 0; i < 3; ++i) NextLine(rest);  // title and comments, in whatever encoding
+  if (!HasNoNul(block, reason) || !IsUtf8From(block.size() - rest.size(), block, reason)) return false;
+  const std::string_view counts = NextLine(rest);
+  constexpr std::size_t versionColumn = 34;
+  const bool isV3000 = counts.size() > versionColumn && counts.substr(versionColumn).starts_with("V3000");
+  return isV3000 ? IsV3000Safe(rest, reason) : IsV2000Safe(counts, rest, reason);
 }
 
 bool IsSafeMol2(std::string_view block, std::string& reason) {
-  if (!IsSafeText(block, reason)) return false;
+  if (!HasNoNul(block, reason) || !IsUtf8From(0, block, reason)) return false;
   constexpr std::string_view moleculeTag = "@<TRIPOS>MOLECULE";
   constexpr std::string_view bondTag = "@<TRIPOS>BOND";
   const std::size_t start = block.find(moleculeTag);

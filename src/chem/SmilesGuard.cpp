@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t maxBytes = 1000000;
 constexpr std::size_t maxAtoms = 100000;
 constexpr std::size_t maxOpenParentheses = 2000;
+constexpr std::size_t maxRingBonds = 10000;  // the parser's time grows with the cube, about 4 seconds
 constexpr unsigned maxCharge = 99;
 constexpr unsigned maxIsotope = 65535;
 
@@ -74,6 +75,7 @@ bool IsSafeSmiles(std::string_view smiles, std::string& reason) {
     return false;
   }
   std::size_t letters = 0;  // outside brackets no more atoms than letters
+  std::size_t ringDigits = 0;
   std::size_t open = 0;
   bool inBracket = false;
   for (std::size_t i = 0; i < smiles.size(); ++i) {
@@ -90,6 +92,11 @@ bool IsSafeSmiles(std::string_view smiles, std::string& reason) {
     }
     inBracket = c == '[';
     letters += inBracket || c == '*' || IsLetter(c);
+    if (IsDigit(c) && ++ringDigits > 2 * maxRingBonds) {
+      reason = "more than " + std::to_string(maxRingBonds) + " ring bonds" + AtByte(i);
+      return false;
+    }
+    if (c == '%' && i + 1 < smiles.size() && IsDigit(smiles[i + 1])) ++i;  // two digits for one end
     if (c == '(' && ++open > maxOpenParentheses) {
       reason = "more than " + std::to_string(maxOpenParentheses) + " open parentheses" + AtByte(i);
       return false;

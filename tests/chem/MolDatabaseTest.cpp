@@ -173,6 +173,19 @@ TEST(MolDatabase, EveryFormatGivesTheMoleculeAndItsTitle) {
   }
 }
 
+// Only the connection table is the molecule; old files have names in Latin-1.
+TEST(MolDatabase, SdRecordWithLatin1HeaderIsReadAndKeepsItsBytes) {
+  const TempFolder folder;
+  const QXErrorCollector reports;
+  QXMolDatabase db;
+  ASSERT_TRUE(db.Open(folder.Write("a.sdf", MolBlock("M\xFCller") + "> <x>\n\xE9\n\n$$$$\n")));
+  QXGraphMol mol;
+  EXPECT_TRUE(db.GetMolecule(mol, 0));
+  EXPECT_EQ(mol.GetTitle(), "M\xFCller");
+  EXPECT_EQ(mol.NumAtoms(), 1u);
+  EXPECT_EQ(reports.Count(), 0u);
+}
+
 TEST(MolDatabase, UnreadableRecordIsOneWarningWithItsPlaceAndReason) {
   const struct {
     const char* name;

@@ -53,8 +53,12 @@ TEST(ReadMolecule, MalformedSmilesIsRefusedWithAReasonThatHelps) {
       {Repeat("C", 100001), "more than 100000 atoms"},
       {Repeat("=", 1000001), "longer than 1000000 bytes"},
       {Repeat("C(", 2001), "more than 2000 open parentheses at byte 4002"},
-      {"C1" + Repeat("C", 20000) + "1",
-       "too large for ring perception: 1 rings among 20001 connected atoms"}};
+      {"C1" + Repeat("C", 20000) + "1", "too large for ring perception: 1 rings among 20001 connected atoms"},
+      {Repeat("C1CC1.", 10001), "more than 10000 ring bonds at byte 60002"},
+      {Repeat("C1CC1" + Repeat("C", 37) + ".", 2400) + "C",
+       "too large for ring perception: 2400 parts with rings among 96001 atoms"},
+      {Repeat("C%12CC%12.", 10001), "more than 10000 ring bonds at byte 100004"},
+      {"*" + Repeat("(C)", 128), "an atom with too many bonds"}};
   for (const auto& [smiles, reason] : cases) {
     const std::string shown = smiles.substr(0, 40);
     ExpectRefused(smiles, shown);
@@ -134,6 +138,9 @@ TEST(ReadMolecule, MolBlockGivesTheSameGraphAsItsSmiles) {
   ASSERT_TRUE(QXParseMolBlock(mol, blockV2000));
   EXPECT_EQ(mol.GetTitle(), "acetate");
   EXPECT_EQ(QXCreateSmiles(mol), QXCreateSmiles(FromSmiles("CC(=O)[O-]")));
+  // Header lines may have any encoding.
+  ASSERT_TRUE(QXParseMolBlock(mol, Replaced(Replaced(blockV2000, "acetate", "ac\xE9tate"), "test", "\xFF")));
+  EXPECT_EQ(mol.GetTitle(), "ac\xE9tate");
 }
 
 TEST(ReadMolecule, DamagedMolBlockIsRefused) {
@@ -142,14 +149,37 @@ TEST(ReadMolecule, DamagedMolBlockIsRefused) {
       "\n\n\n  0  0  0     0  0            999 V3000\nM  V30 BEGIN CTAB\nM  V30 COUNTS 1 0 0 0 0\n"
       "M  V30 BEGIN ATOM\nM  V30 1 C 0 0 0 0 CHG=1\nM  V30 END ATOM\nM  V30 END CTAB\nM  END\n";
   QXGraphMol good;
-  EXPECT_TRUE(QXParseMolBlock(good, v3000));
+  for (const char* field : {" CHG=1", "\tchg=1", " CHG=-\nM  V30 1", " CHG=1 MASS=13"}) {
+    EXPECT_TRUE(QXParseMolBlock(good, Replaced(v3000, " CHG=1", field))) << field;
+    EXPECT_EQ(good.GetAtom(0)->GetFormalCharge(), 1) << field;
+  }
   const std::vector<std::pair<std::string, std::string>> cases = {
       {Replaced(block, "4  -1", "4 200"), "charge above 99"},
-      {Replaced(v3000, "CHG=1", "CHG=-200"), "charge above 99"},
-      {Replaced(v3000, "CHG=1", "MASS=70000"), "isotope above 65535"},
+      {Replaced(block, "   4  -1", "   4-200"), "charge above 99"},
+      {Replaced(block, "   4  -1", "   41000"), "charge above 99"},
+      {Replaced(block, "1   4  -1", "2   1   2   4 200"), "charge above 99"},
+      {Replaced(block, "M  CHG  1   4  -1", "M  ZCH  1   4 200"), "charge above 99"},
+      {Replaced(block, "C   0  0", "C   0200"), "charge above 99"},
+      {Replaced(block, "C   0  0", "C   0-99"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=-200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " chg=200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=+200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=4294967298"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", "\tCHG=200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " \"CHG=200\""), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=1 CHG=200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=2-\nM  V30 00"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CHG=2-\r\nM  V30 0-\r\nM  V30 0"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " CH-\nM  V30 G=200"), "charge above 99"},
+      {Replaced(v3000, " CHG=1", " mass=70000"), "isotope above 65535"},
+      {Replaced(v3000, " CHG=1", " MASS=7e4"), "isotope above 65535"},
       {Replaced(block, "M  END", std::string("\0 END", 5)), "NUL at byte"},
-      {Replaced(block, "acetate", "ac\xFFtate"), "not UTF-8 at byte 3"},
+      {Replaced(block, "0 C ", "0 \xFF "), "not UTF-8 at byte 88"},
       {Replaced(block, "  1  2  1", "  1  9  1"), "bond 1 does not join two of the 4 atoms"},
+      {Replaced(block, "1   4  -1", "1   9  -1"), "an atom number that is not there"},
+      {Replaced(Replaced(v3000, "COUNTS 1 0", "COUNTS 1 1"), "END ATOM",
+                "END ATOM\nM  V30 BEGIN BOND\nM  V30 1 1 1 2\nM  V30 END BOND"),
+       "an atom number that is not there"},
       {Replaced(block, "1.5000", "x.5000"), ""},
       {Replaced(block, "  2  3  2", "  2  3  3"), "Explicit valence"},
       {block.substr(0, 150), ""},

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 #include <memory>
+#include <string_view>
 
 #include "chem/MolAccess.h"
 #include "chem/rdkit/Bridge.h"
@@ -36,9 +37,26 @@ MolPtr ParseText(TextFormat format, const std::string& text) {
   return nullptr;
 }
 
-// RDKit's messages can hold line feeds; a reason is one line.
-std::string OneLine(const char* message) {
+// What RDKit says in terms of its own source.
+struct Translation {
+  std::string_view start;
+  const char* reason;
+};
+constexpr const char* noSuchAtom = "an atom number that is not there";
+constexpr Translation translations[] = {
+    {"idx", noSuchAtom},
+    {"atom bookmark not found", noSuchAtom},
+    {"bond_pin->getEndAtomIdx()", noSuchAtom},
+    {"bond_pin->getBeginAtomIdx()", noSuchAtom},
+    {"getExplicitValence() called", "an atom with too many bonds"},
+};
+
+// One line, though RDKit's messages can hold line feeds.
+std::string ToReason(const char* message) {
   std::string line = message ? message : "";
+  for (const Translation& translation : translations) {
+    if (line.starts_with(translation.start)) return translation.reason;
+  }
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
   std::replace(line.begin(), line.end(), '\n', ' ');
   return line;
@@ -59,7 +77,7 @@ bool ReadWithRDKit(QXMolBase& mol, TextFormat format, const std::string& text, s
     if (source->getPropIfPresent(RDKit::common_properties::_Name, title)) mol.SetTitle(std::move(title));
     return true;
   } catch (const std::exception& error) {
-    reason = OneLine(error.what());
+    reason = ToReason(error.what());
   } catch (...) {
     reason = "unknown failure of the reader";
   }

@@ -3,8 +3,8 @@
 // environment variables and grows with the cube of a chain's length) and the removal of hydrogens (done on
 // the graph, where it costs less).
 //
-// RDKit searches rings recursively and in time that grows with rings x atoms^2, so ring systems that would
-// overflow the stack or take minutes are refused beforehand.
+// RDKit searches rings recursively, in time that grows with rings x atoms^2, and passes over all atoms again for
+// every connected part. What would overflow the stack or take minutes is refused beforehand.
 
 #include "chem/rdkit/Sanitize.h"
 
@@ -20,6 +20,7 @@ namespace {
 
 constexpr double maxRingAtoms = 20000;  // 128 bytes of stack each
 constexpr double maxRingEffort = 4e10;  // rings x atoms^2 of a connected part, about 10 seconds
+constexpr double maxPartEffort = 2e8;   // connected parts with rings x all atoms, about 5 seconds
 
 unsigned FindRoot(std::vector<unsigned>& parent, unsigned i) {
   while (parent[i] != i) i = parent[i] = parent[parent[i]];
@@ -44,13 +45,19 @@ void CheckRingEffort(const RDKit::ROMol& source) {
     atoms[a] += atoms[b];
     rings[a] += rings[b];
   }
+  unsigned numParts = 0;
   for (unsigned i = 0; i < numAtoms; ++i) {
     if (parent[i] != i || rings[i] == 0) continue;
+    ++numParts;
     if (atoms[i] > maxRingAtoms || rings[i] * atoms[i] * atoms[i] > maxRingEffort) {
       throw std::runtime_error(
           "too large for ring perception: " + std::to_string(static_cast<long>(rings[i])) + " rings among " +
           std::to_string(static_cast<long>(atoms[i])) + " connected atoms");
     }
+  }
+  if (static_cast<double>(numParts) * numAtoms > maxPartEffort) {
+    throw std::runtime_error("too large for ring perception: " + std::to_string(numParts) +
+                             " parts with rings among " + std::to_string(numAtoms) + " atoms");
   }
 }
 
