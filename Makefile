@@ -19,6 +19,7 @@ test:
 	@ctest --test-dir build/dev --output-on-failure --no-tests=error -j $(JOBS)
 
 # The tests again under the sanitizers.
+asan: export LSAN_OPTIONS = suppressions=$(CURDIR)/tests/lsan.supp
 asan tsan:
 	@sh scripts/install-deps.sh test
 	@cmake --preset $@
