@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "QXFingrix/QXFPType.h"
+
 namespace QXFingrix {
 namespace {
 
@@ -16,6 +18,7 @@ TEST(FPAtomTypes, NamespacesHaveTheirEntriesInOrder) {
       Entries(QXGetFPAtomTypeNamespaceInterface()),
       "QXFPAtomType: AtmNum=1 Arom=2 Chiral=4 FCharge=8 HvyDeg=16 Hyb=32 InRing=64 HCount=4096 EqArom=256 "
       "EqHalo=128 EqHBAcc=512 EqHBDon=1024");
+  EXPECT_EQ(Entries(QXGetFPTypeNamespaceInterface()), "QXFPType: Path=102 Circular=104 Tree=105");
   EXPECT_EQ(Entries(QXGetFPBondTypeNamespaceInterface()), "QXFPBondType: Order=1 Chiral=2 InRing=4");
 }
 

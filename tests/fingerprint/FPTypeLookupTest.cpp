@@ -11,27 +11,24 @@
 namespace QXFingrix {
 namespace {
 
-using test::Reports;
-using test::ReportsOf;
+using namespace QXTest;
 
 const std::string pathTail = ",size=1024,bonds=0-7,atype=DefaultPathAtom,btype=DefaultPathBond";
 
 TEST(FPTypeLookup, TheFirstWordThatATextStartsWithDecidesTheKind) {
-  const std::pair<const char*, unsigned> cases[] = {
-      {"MACCS166,x", 101},
-      {"Lingo", 103},
-      {"Pathology", 102},
-      {"Circular", 104},
-      {"Tree", 105},
-      {"UHPath", 9000},
-      {"UHCircular", 9001},
-      {"UHTree", 9002},
-      {"MACCS", 0},
-      {"UH", 0},
-      {"path", 0},
-      {" Path", 0},
-      {"", 0},
-  };
+  const std::pair<const char*, unsigned> cases[] = {{"MACCS166,x", 101},
+                                                    {"Lingo", 103},
+                                                    {"Pathology", 102},
+                                                    {"Circular", 104},
+                                                    {"Tree", 105},
+                                                    {"UHPath", 9000},
+                                                    {"UHCircular", 9001},
+                                                    {"UHTree", 9002},
+                                                    {"MACCS", 0},
+                                                    {"UH", 0},
+                                                    {"path", 0},
+                                                    {" Path", 0},
+                                                    {"", 0}};
   for (const auto& [text, code] : cases) EXPECT_EQ(GetFPTypeFromTypeStringPrefix(text), code) << text;
 }
 
@@ -84,54 +81,50 @@ TEST(FPTypeLookup, EachFunctionAddsItsOwnReportOrNone) {
         << c.text;
     EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXIsValidFPTypeString(c.text), valid); }), validity) << c.text;
     EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFPTypeVersion(c.text), c.version); }),
-              unhashed ? test::none : c.parser)
+              unhashed ? silence : c.parser)
         << c.text;
   }
 }
 
 TEST(FPTypeLookup, CodesGiveTheirDefaults) {
-  const QXFPTypeBase* const none = nullptr;
+  constexpr unsigned current = 4711;  // no VS variant is asked for
   const Reports unknown = {"Warning: QXGetFPType() unknown fingerprint type"};
   const Reports unknownVS = {"Warning: QXGetFPType() unknown VS fingerprint version"};
   const struct {
     unsigned code;
-    bool vs;
-    unsigned version;
+    unsigned vsVersion;
     const QXFPTypeBase* type;
     Reports reports;
   } cases[] = {
-      {101, false, 0, QXGetMACCS166FPType(8224), {}},
-      {102, false, 7, QXGetPathFPType(8192, 4096, 0, 5, 191, 3), {}},
-      {103, false, 0, QXGetLingoFPType(8192), {}},
-      {104, false, 0, QXGetCircularFPType(8192, 4096, 0, 5, 4239, 1), {}},
-      {105, false, 0, QXGetTreeFPType(8192, 4096, 0, 4, 63, 1), {}},
-      {9000, false, 0, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
-      {9001, false, 0, QXGetUnhashedCircularFPType(8192, 0, 5, 4239, 1), {}},
-      {9002, false, 0, QXGetUnhashedTreeFPType(8192, 0, 4, 63, 1), {}},
-      {0, false, 0, none, unknown},
-      {1, false, 0, none, unknown},
-      {106, false, 0, none, unknown},
-      {101, true, 1, QXGetMACCS166FPType(8224), {}},
-      {9000, true, 2, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
-      {101, true, 3, none, unknownVS},
-      {104, true, 3, none, unknownVS},
-      {9000, true, 3, none, unknownVS},
-      {0, true, 0, none, unknown},
+      {101, current, QXGetMACCS166FPType(8224), {}},
+      {102, current, QXGetPathFPType(8192, 4096, 0, 5, 191, 3), {}},
+      {103, current, QXGetLingoFPType(8192), {}},
+      {104, current, QXGetCircularFPType(8192, 4096, 0, 5, 4239, 1), {}},
+      {105, current, QXGetTreeFPType(8192, 4096, 0, 4, 63, 1), {}},
+      {9000, current, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
+      {9001, current, QXGetUnhashedCircularFPType(8192, 0, 5, 4239, 1), {}},
+      {9002, current, QXGetUnhashedTreeFPType(8192, 0, 4, 63, 1), {}},
+      {0, current, nullptr, unknown},
+      {1, current, nullptr, unknown},
+      {106, current, nullptr, unknown},
+      {101, 1, QXGetMACCS166FPType(8224), {}},
+      {9000, 2, QXGetUnhashedPathFPType(8192, 0, 5, 191, 3), {}},
+      {101, 3, nullptr, unknownVS},
+      {104, 3, nullptr, unknownVS},
+      {9000, 3, nullptr, unknownVS},
+      {0, 0, nullptr, unknown},
   };
   for (const auto& c : cases) {
-    const QXFPTypeBase* type = nullptr;
-    EXPECT_EQ(ReportsOf([&] { type = QXGetFPType(c.code, c.vs, c.version); }), c.reports) << c.code;
-    EXPECT_EQ(type, c.type) << c.code << ' ' << c.vs << ' ' << c.version;
+    const bool vs = c.vsVersion != current;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFPType(c.code, vs, vs ? c.vsVersion : 7), c.type) << c.code; }),
+              c.reports);
   }
 }
 
 TEST(FPTypeLookup, VSVariantsExistForPathCircularAndTreeInTwoVersions) {
-  const QXFPTypeBase* const none = nullptr;
+  const std::string undefined =
+      "Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: ";
   const Reports unknown = {"Warning: QXGetVSFPType() unknown VS fingerprint version"};
-  const auto undefined = [](const std::string& code) {
-    return Reports{"Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: " +
-                   code};
-  };
   const struct {
     unsigned code;
     unsigned version;
@@ -145,16 +138,13 @@ TEST(FPTypeLookup, VSVariantsExistForPathCircularAndTreeInTwoVersions) {
       {104, 2, QXGetCircularFPType(4096, 0, 5, 135, 1), {}},
       {105, 1, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
       {105, 2, QXGetTreeFPType(4096, 0, 4, 23, 1), {}},
-      {0, 0, none, undefined("0")},
-      {0, 3, none, unknown},
-      {101, 2, none, undefined("101")},
-      {9000, 0, none, undefined("9000")},
-      {104, 3, none, unknown},
+      {0, 0, nullptr, {undefined + "0"}},
+      {0, 3, nullptr, unknown},
+      {9000, 0, nullptr, {undefined + "9000"}},
+      {104, 3, nullptr, unknown},
   };
   for (const auto& c : cases) {
-    const QXFPTypeBase* type = nullptr;
-    EXPECT_EQ(ReportsOf([&] { type = QXGetVSFPType(c.code, c.version); }), c.reports) << c.code;
-    EXPECT_EQ(type, c.type) << c.code << ' ' << c.version;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetVSFPType(c.code, c.version), c.type) << c.code; }), c.reports);
     if (c.type) {
       EXPECT_EQ(QXGetFPType(c.code, true, c.version), c.type) << c.code << ' ' << c.version;
     }
@@ -182,25 +172,18 @@ TEST(FPTypeLookup, NamesAndSizesOfDescriptors) {
       {QXGetPathFPType(64, 0, 5, 2048, 3), "UNKNOWN", 0, {}},  // a mask without a name
   };
   for (const auto& c : cases) {
-    std::string name;
-    unsigned size = 1;
-    EXPECT_EQ(ReportsOf([&] { name = QXGetFingerPrintName(c.type); }), c.reports) << c.name;
-    EXPECT_EQ(ReportsOf([&] { size = QXGetFingerPrintSize(c.type); }), c.reports) << c.name;
-    EXPECT_EQ(name, c.name);
-    EXPECT_EQ(size, c.size);
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFingerPrintName(c.type), c.name); }), c.reports);
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFingerPrintSize(c.type), c.size); }), c.reports) << c.name;
   }
 }
 
 TEST(FPTypeParams, DecodesStringsAndDescriptorsAndNothingElse) {
   const QXFPTypeParams circular(QXGetCircularFPType(4097, 2048, 1, 3, 5, 6));
   EXPECT_TRUE(circular.IsValid());
-  EXPECT_EQ(circular.GetFPType(), 104u);
-  EXPECT_EQ(circular.GetVersion(), 4097);
-  EXPECT_EQ(circular.GetNumBits(), 2048u);
-  EXPECT_EQ(circular.GetMinDistance(), 1u);
-  EXPECT_EQ(circular.GetMaxDistance(), 3u);
-  EXPECT_EQ(circular.GetAtomTypes(), 5u);
-  EXPECT_EQ(circular.GetBondTypes(), 6u);
+  EXPECT_EQ(std::vector<unsigned>({circular.GetFPType(), circular.GetVersion(), circular.GetNumBits(),
+                                   circular.GetMinDistance(), circular.GetMaxDistance(),
+                                   circular.GetAtomTypes(), circular.GetBondTypes()}),
+            (std::vector<unsigned>{104, 4097, 2048, 1, 3, 5, 6}));
 
   const struct {
     const char* text;

@@ -7,8 +7,7 @@
 namespace QXFingrix {
 namespace {
 
-using test::Reports;
-using test::ReportsOf;
+using namespace QXTest;
 
 TEST(FPVersion, EveryCodeHasItsCurrentVersionAndUnknownOnesAreReported) {
   const Reports unknown = {"Warning: QXGetFingerPrintVersion : unknown fingerprint type!"};
@@ -22,9 +21,7 @@ TEST(FPVersion, EveryCodeHasItsCurrentVersionAndUnknownOnesAreReported) {
       {3, 0, {}},       {0, 0, unknown},  {4, 0, unknown},  {100, 0, unknown}, {9003, 0, unknown},
   };
   for (const auto& c : cases) {
-    unsigned version = 1;
-    EXPECT_EQ(ReportsOf([&] { version = QXGetFingerPrintVersion(c.type); }), c.reports) << c.type;
-    EXPECT_EQ(version, c.version) << c.type;
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXGetFingerPrintVersion(c.type), c.version); }), c.reports) << c.type;
   }
 }
 

@@ -10,8 +10,7 @@
 namespace QXFingrix {
 namespace {
 
-using test::Reports;
-using test::ReportsOf;
+using namespace QXTest;
 
 QXFingerPrint MakeFingerPrint(const QXFPTypeBase* type, unsigned size, std::initializer_list<unsigned> bits) {
   QXFingerPrint fp;
@@ -36,7 +35,7 @@ TEST(FingerPrint, EqualMeansSameTypeSizeAndBits) {
       {MakeFingerPrint(path, 1023, {3, 700}), false},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(fp == c.other, c.equal); }), test::none);
+    EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(fp == c.other, c.equal); }), silence);
     EXPECT_EQ(fp != c.other, !c.equal);
     EXPECT_EQ(c.other == fp, c.equal);
   }
@@ -77,10 +76,7 @@ TEST(FingerPrint, BooleansFollowTheBitsAndStopAtTheSize) {
     const auto out = std::make_unique<bool[]>(size + 2);
     out[size] = out[size + 1] = true;
     QXFPToBoolArray(fp, out.get());
-    for (unsigned bit = 0; bit < size; ++bit) {
-      EXPECT_EQ(out[bit], ((fp.GetData()[bit / 8] >> (bit % 8)) & 1) != 0) << bit;
-      EXPECT_EQ(out[bit], bit % 3 == 0) << bit;
-    }
+    for (unsigned bit = 0; bit < size; ++bit) EXPECT_EQ(out[bit], bit % 3 == 0) << bit;
     EXPECT_TRUE(out[size] && out[size + 1]) << "written past the end";
   }
 }

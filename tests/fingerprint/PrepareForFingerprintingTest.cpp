@@ -9,8 +9,7 @@
 namespace QXFingrix {
 namespace {
 
-using test::Reports;
-using test::ReportsOf;
+using namespace QXTest;
 
 // Benzene with all its hydrogens as atoms.
 QXChem::QXGraphMol MakeBenzene() {
@@ -59,7 +58,7 @@ TEST(PrepareForFingerprinting, RefusesInvalidMoleculesSilentlyAndUnknownCodesWit
             Reports{"Warning: QXPrepareForFingerprinting : unknown fingerprint type!"});
   EXPECT_EQ(mol.NumAtoms(), 12u) << "unchanged";
   mol.Invalidate();
-  EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXPrepareForFingerprinting(mol, 102)); }), test::none);
+  EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXPrepareForFingerprinting(mol, 102)); }), silence);
   EXPECT_FALSE(QXIsPreparedForFingerprinting(mol, 102));
   QXChem::QXGraphMol empty;
   EXPECT_TRUE(QXPrepareForFingerprinting(empty, 102));

@@ -6,15 +6,18 @@
 namespace QXFingrix {
 namespace {
 
-using test::Reports;
-using test::ReportsOf;
+using namespace QXTest;
 
 constexpr unsigned unset = 0xFFFFFFFF;
+
+using Numbers = std::vector<unsigned>;
 
 struct Parsed {
   bool ok = false;
   unsigned short version = 1;
   unsigned numbits = 1, minDistance = 1, maxDistance = 1, atype = 1, btype = 1;
+
+  std::vector<unsigned> Values() const { return {version, numbits, minDistance, maxDistance, atype, btype}; }
 };
 
 /// Calls the parser of a type word. Numbers that the kind has not keep their 1.
@@ -61,9 +64,11 @@ constexpr GraphKind graphKinds[] = {
     {"UHPath", "", "bonds"},        {"UHCircular", "", "radius"},        {"UHTree", "", "bonds"},
 };
 
-// Fills in the words of a kind for KIND, SIZE and DIST.
+// Fills in the words of a kind for KIND, SIZE and DIST; HEAD, MASKS and FINE stand for good tokens.
 std::string TextOf(const GraphKind& kind, const std::string& pattern) {
-  const std::string text = Replace(pattern, "SIZE", *kind.size ? std::string(kind.size) + "," : "");
+  std::string text = Replace(Replace(pattern, "HEAD", "KIND,ver=2.0.0,SIZE"), "FINE", "SIZEDIST=0-5,MASKS");
+  text = Replace(Replace(text, "MASKS", "atype=AtmNum,btype=Order"), "SIZE",
+                 *kind.size ? std::string(kind.size) + "," : "");
   return Replace(Replace(text, "DIST", kind.distance), "KIND", kind.word);
 }
 
@@ -74,69 +79,57 @@ TEST(TypeStringParser, ReadsTokensInAnyOrderAndTheLastOfDuplicates) {
                              size + "," + kind.word + ",atype=HCount|AtmNum," + kind.distance + "=9-0";
     const Parsed p = Parse(kind.word, text);
     EXPECT_TRUE(p.ok) << text;
-    EXPECT_EQ(p.version, 61439) << text;
-    EXPECT_EQ(p.numbits, *kind.size ? 1024u : 1u) << text;
-    EXPECT_EQ(p.minDistance, 9u) << text;
-    EXPECT_EQ(p.maxDistance, 0u) << text;
-    EXPECT_EQ(p.atype, 4097u) << text;
-    EXPECT_EQ(p.btype, 1u) << text;
+    EXPECT_EQ(p.Values(), (Numbers{61439, *kind.size ? 1024u : 1u, 9, 0, 4097, 1})) << text;
   }
 }
 
 TEST(TypeStringParser, EveryFaultOfAGraphTypeIsReportedOnceInItsOwnWords) {
+  constexpr const char* notTokenized = "Invalid string can not be tokenized for `KIND` type!";
+  constexpr const char* badDistance = "Invalid fingerprint distance for `KIND` type!";
+  constexpr const char* badVersion = "Invalid version for `KIND` type!";
   // An empty report is a silent failure.
   const struct {
     const char* text;
     const char* report;
   } cases[] = {
-      {"KIND,ver=15.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Invalid version for `KIND` type!"},
-      {"KIND,ver=2.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Invalid version for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=5,atype=AtmNum,btype=Order", "Invalid fingerprint distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=-5,atype=AtmNum,btype=Order",
-       "Invalid fingerprint distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0--5,atype=AtmNum,btype=Order",
-       "Invalid fingerprint distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5-6,atype=AtmNum,btype=Order",
-       "Invalid fingerprint distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=x-5,atype=AtmNum,btype=Order",
-       "Invalid fingerprint minimum distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-x,atype=AtmNum,btype=Order",
-       "Invalid fingerprint maximum distance for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=Nonsense,btype=Order", ""},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order|Nonsense", ""},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order,colour=red",
-       "'colour' is not a valid fingerprint type primitive!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order,%s=1",
-       "'%s' is not a valid fingerprint type primitive!"},
-      {"KIND,KINDX,ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,,ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,ver=2.0.0,", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,ver==2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,ver=2.0.0=1", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,=ver=2.0.0", "Invalid string can not be tokenized for `KIND` type!"},
-      {"KIND,ver=", "Invalid string can not be tokenized for `KIND` type!"},
-      {"ver=2.0.0,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Missing fingerprint type!"},
+      {"KIND,ver=15.0.0,FINE", badVersion},
+      {"KIND,ver=2.0,FINE", badVersion},
+      {"HEADDIST=5,MASKS", badDistance},
+      {"HEADDIST=-5,MASKS", badDistance},
+      {"HEADDIST=0--5,MASKS", badDistance},
+      {"HEADDIST=0-5-6,MASKS", badDistance},
+      {"HEADDIST=x-5,MASKS", "Invalid fingerprint minimum distance for `KIND` type!"},
+      {"HEADDIST=0-x,MASKS", "Invalid fingerprint maximum distance for `KIND` type!"},
+      {"HEADDIST=0-5,atype=Nonsense,btype=Order", ""},
+      {"HEADDIST=0-5,MASKS|Nonsense", ""},
+      {"HEADDIST=0-5,MASKS,colour=red", "'colour' is not a valid fingerprint type primitive!"},
+      {"HEADDIST=0-5,MASKS,%s=1", "'%s' is not a valid fingerprint type primitive!"},
+      {"KIND,KINDX,ver=2.0.0", notTokenized},
+      {"KIND,,ver=2.0.0", notTokenized},
+      {"KIND,ver=2.0.0,", notTokenized},
+      {"KIND,ver==2.0.0", notTokenized},
+      {"KIND,ver=2.0.0=1", notTokenized},
+      {"KIND,=ver=2.0.0", notTokenized},
+      {"KIND,ver=", notTokenized},
+      {"ver=2.0.0,FINE", "Missing fingerprint type!"},
       {"", "Missing fingerprint type!"},
-      {"KIND,SIZEDIST=0-5,atype=AtmNum,btype=Order", "Missing fingerprint version!"},
-      {"KIND,ver=2.0.0,SIZEatype=AtmNum,btype=Order",
-       "Min or max distance cannot be initialized for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-4294967295,atype=AtmNum,btype=Order",
-       "Min or max distance cannot be initialized for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,btype=Order", "Atom type cannot be initialized for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=AtmNum", "Bond type cannot be initialized for `KIND` type!"},
-      {"KIND,ver=2.0.0,SIZEDIST=0-5,atype=None,btype=None",
-       "The atom and bond type cannot be both None for `KIND` type!"},
+      {"KIND,FINE", "Missing fingerprint version!"},
+      {"HEADMASKS", "Min or max distance cannot be initialized for `KIND` type!"},
+      {"HEADDIST=0-4294967295,MASKS", "Min or max distance cannot be initialized for `KIND` type!"},
+      {"HEADDIST=0-5,btype=Order", "Atom type cannot be initialized for `KIND` type!"},
+      {"HEADDIST=0-5,atype=AtmNum", "Bond type cannot be initialized for `KIND` type!"},
+      {"HEADDIST=0-5,atype=None,btype=None", "The atom and bond type cannot be both None for `KIND` type!"},
   };
   for (const GraphKind& kind : graphKinds) {
     for (const auto& c : cases) {
       const std::string text = TextOf(kind, c.text);
       const std::string report = Replace(c.report, "KIND", kind.word);
-      EXPECT_EQ(ParserReports(kind.word, text), report.empty() ? test::none : Reports{"Warning: " + report})
+      EXPECT_EQ(ParserReports(kind.word, text), report.empty() ? silence : Reports{"Warning: " + report})
           << text;
     }
     const std::string uninitialized =
         std::string(" type cannot be initialized for `") + kind.word + "` type!";
-    EXPECT_EQ(ParserReports(kind.word, TextOf(kind, "KIND,ver=2.0.0,SIZEDIST=0-5")),
+    EXPECT_EQ(ParserReports(kind.word, TextOf(kind, "HEADDIST=0-5")),
               (Reports{"Warning: Atom" + uninitialized, "Warning: Bond" + uninitialized}));
   }
 }
@@ -176,12 +169,7 @@ TEST(TypeStringParser, AFailedParseLeavesWhatItDidNotReadUnset) {
   Parsed p;
   ReportsOf([&] { p = Parse("Path", "Path,bonds=1-2,colour=red"); });
   EXPECT_FALSE(p.ok);
-  EXPECT_EQ(p.version, 0);
-  EXPECT_EQ(p.numbits, unset);
-  EXPECT_EQ(p.minDistance, 1u);
-  EXPECT_EQ(p.maxDistance, 2u);
-  EXPECT_EQ(p.atype, unset);
-  EXPECT_EQ(p.btype, unset);
+  EXPECT_EQ(p.Values(), (Numbers{0, unset, 1, 2, unset, unset}));
 }
 
 TEST(TypeStringParser, PlainTypesTakeAVersionAndSkipOtherKeys) {
@@ -211,7 +199,7 @@ TEST(TypeStringParser, PlainTypesTakeAVersionAndSkipOtherKeys) {
       const std::string report = Replace(c.report, "KIND", word);
       Parsed p;
       EXPECT_EQ(ReportsOf([&] { p = Parse(word, text); }),
-                report.empty() ? test::none : Reports{"Warning: " + report})
+                report.empty() ? silence : Reports{"Warning: " + report})
           << text;
       EXPECT_EQ(p.ok, c.ok) << text;
       EXPECT_EQ(p.version, c.version) << text;
