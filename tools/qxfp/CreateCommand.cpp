@@ -58,7 +58,7 @@ void Configure(QXSystem::QXInterface& itf) {
   itf.AddParameter(
       QXParameter("-rejects", QXParameterType::String)
           .SetBrief("File to write the unreadable records to: line, title and reason between tabs"));
-  QXFingrix::QXConfigureFingerPrintOptions(itf);
+  ConfigureFingerprintOptions(itf);
 }
 
 // Also of files that are not there yet.
@@ -206,12 +206,12 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   request.threads = itf.Get<unsigned>("-threads");
   if (itf.IsSet("-rejects")) request.rejects = itf.Get<std::string>("-rejects");
   std::string reason;
-  request.fptype = QXFingrix::QXSetupFingerPrintType(itf, reason);
+  request.fptype = SetupFingerprintType(itf, reason);
   if (!request.fptype || !CheckNames(request, reason)) {
     QXThrow.Error("%s", reason.c_str());
     return BadUsage;
   }
-  if (!QXFingrix::QXCanMakeFingerPrint(request.fptype, reason)) {
+  if (!CanMakeFingerprint(request.fptype, reason)) {
     QXThrow.Error("%s", reason.c_str());
     return CannotRun;
   }

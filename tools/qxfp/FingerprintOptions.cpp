@@ -11,7 +11,9 @@
 #include "QXFingrix/QXMakeFP.h"
 #include "QXSystem/QXErrorHandler.h"
 
-namespace QXFingrix {
+namespace qxfp {
+
+using namespace QXFingrix;
 
 namespace {
 
@@ -126,7 +128,7 @@ const QXFPTypeBase* TypeFromOptions(const QXInterface& itf, std::string& reason)
 
 }  // namespace
 
-bool QXConfigureFingerPrintOptions(QXInterface& itf) {
+bool ConfigureFingerprintOptions(QXInterface& itf) {
   const auto& kinds = QXGetFPTypeNamespaceInterface();
   QXParameter fptype("-fptype", QXParameterType::String);
   fptype.SetDefault("Path").SetBrief("Fingerprint kind");
@@ -162,11 +164,11 @@ bool QXConfigureFingerPrintOptions(QXInterface& itf) {
   return itf.AddInterface(options);
 }
 
-const QXFPTypeBase* QXSetupFingerPrintType(const QXInterface& itf, std::string& reason) {
+const QXFPTypeBase* SetupFingerprintType(const QXInterface& itf, std::string& reason) {
   return itf.IsSet("-type") ? TypeFromText(itf, reason) : TypeFromOptions(itf, reason);
 }
 
-bool QXCanMakeFingerPrint(const QXFPTypeBase* type, std::string& reason) {
+bool CanMakeFingerprint(const QXFPTypeBase* type, std::string& reason) {
   QXChem::QXGraphMol methane;
   std::string unused;
   if (!QXChem::QXReadSmiles(methane, "C", unused)) {
@@ -187,4 +189,4 @@ bool QXCanMakeFingerPrint(const QXFPTypeBase* type, std::string& reason) {
   return true;
 }
 
-}  // namespace QXFingrix
+}  // namespace qxfp

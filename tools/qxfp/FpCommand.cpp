@@ -109,7 +109,7 @@ void Configure(QXSystem::QXInterface& itf) {
                        .SetBrief("Number of threads")
                        .SetDetail("\n\t0: one for every processor")
                        .SetDefault("0"));
-  QXFingrix::QXConfigureFingerPrintOptions(itf);
+  ConfigureFingerprintOptions(itf);
 }
 
 // Makes the lines of a block of records on some threads; the caller writes them in order.
@@ -137,13 +137,13 @@ class BlockWorker {
         isOutOfMemory = true;
       }
     };
-    std::vector<std::jthread> helpers;
+    std::vector<std::jthread> others;
     try {
-      for (unsigned i = 1; i < numThreads; ++i) helpers.emplace_back(work);
+      for (unsigned i = 1; i < numThreads; ++i) others.emplace_back(work);
     } catch (const std::exception&) {  // fewer threads have to do
     }
     work();
-    helpers.clear();  // joins them
+    others.clear();  // joins them
     if (isOutOfMemory) throw std::bad_alloc();
     return results;
   }
@@ -185,7 +185,7 @@ std::uint64_t WriteFingerprints(const QXChem::QXMolDatabase& molecules, const Bl
 
 ExitStatus Run(const QXSystem::QXInterface& itf) {
   std::string reason;
-  const QXFingrix::QXFPTypeBase* type = QXFingrix::QXSetupFingerPrintType(itf, reason);
+  const QXFingrix::QXFPTypeBase* type = SetupFingerprintType(itf, reason);
   const auto form = itf.Get<std::string>("-out");
   if (type && form == "text" && !IsTextType(type)) {
     reason = "-out text is for Lingo and unhashed fingerprints";
@@ -194,7 +194,7 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
     QXThrow.Error("%s", reason.c_str());
     return BadUsage;
   }
-  if (!QXFingrix::QXCanMakeFingerPrint(type, reason)) {
+  if (!CanMakeFingerprint(type, reason)) {
     QXThrow.Error("%s", reason.c_str());
     return CannotRun;
   }
