@@ -28,9 +28,9 @@ QX_API void QXAssignHybridization(QXMolBase& mol);
 /// Marks the atoms and double bonds that can carry stereo, from the graph alone: neither the drawing nor the
 /// order of the atoms matters.
 /// Atom, not aromatic: C, Si, Ge or Sn with four different substituents, at most one of them H; N+ with four,
-/// none of them H; P with three or four; three-connected S or Se of valence 4 (sulfoxides, sulfinates), or S+ or
-/// Se+ with three single bonds. Substituents are different when their atoms lie in different classes of the
-/// refinement (QXPerceiveSymmetry with proven false), for which isotopes count and map numbers do not.
+/// none of them H; P with three or four; three-connected S or Se of valence 4 (sulfoxides, sulfinates), or S+
+/// or Se+ with three single bonds. Substituents are different when their atoms lie in different classes of
+/// the refinement (QXPerceiveSymmetry with proven false), for which isotopes count and map numbers do not.
 /// Bond: a double bond, not aromatic, in no ring of fewer than 8 atoms, each end with two different
 /// substituents; at nitrogen the lone pair counts as one.
 /// Centres that are different only through other centres are not counted.

@@ -31,8 +31,8 @@ QX_API bool QXReadSmiles(QXMolBase& mol, std::string_view smiles, std::string& r
 QX_API bool QXReadMolBlock(QXMolBase& mol, std::string_view block, std::string& reason);
 QX_API bool QXReadMol2(QXMolBase& mol, std::string_view block, std::string& reason);
 
-/// Canonical SMILES without stereo, isotopes and map numbers included. Empty for an invalid or empty molecule,
-/// for one that the valence model does not allow, and above 5,000 atoms.
+/// Canonical SMILES without stereo, isotopes and map numbers included. Empty for an invalid or empty
+/// molecule, for one that the valence model does not allow, and above 5,000 atoms.
 /// Cost     tens of microseconds, growing with the square of the number of atoms.
 QX_API std::string QXCreateSmiles(const QXMolBase& mol);
 

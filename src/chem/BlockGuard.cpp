@@ -1,7 +1,7 @@
 // Mol and mol2 blocks before the parser sees them. It stores charges and isotopes modulo the size of their
 // fields, stops at a NUL as if the text ended there, and trusts the atom numbers in the bonds of a mol2
-// block. A field is found here wherever the parser would find it: by columns in a V2000 block, in any case and
-// over continuation lines in a V3000 block.
+// block. A field is found here wherever the parser would find it: by columns in a V2000 block, in any case
+// and over continuation lines in a V3000 block.
 
 #include "chem/BlockGuard.h"
 
@@ -96,8 +96,8 @@ bool AtomLinesFit(std::string_view& block, unsigned numAtoms, std::string& reaso
   return true;
 }
 
-// Whether the bonds of a V2000 block join atoms that it has. The parser notices when they do not, but keeps the
-// molecule it has begun for good.
+// Whether the bonds of a V2000 block join atoms that it has. The parser notices when they do not, but keeps
+// the molecule it has begun for good.
 bool BondLinesFit(std::string_view& block, unsigned numBonds, unsigned numAtoms, std::string& reason) {
   for (unsigned i = 1; i <= numBonds; ++i) {
     const std::string_view line = NextLine(block);

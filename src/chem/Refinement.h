@@ -21,8 +21,8 @@ std::uint32_t BondKey(const QXBondBase& bond, unsigned fromAtom, bool withChiral
 class Refinement {
  public:
   /// Computes the partition. Rings and aromaticity must have been perceived.
-  /// Cost     O(bonds x log(atoms)), about ten passes over an ordinary molecule; no allocation once the buffers
-  ///          have grown.
+  /// Cost     O(bonds x log(atoms)), about ten passes over an ordinary molecule; no allocation once the
+  ///          buffers have grown.
   void Run(const QXMolBase& mol, bool withChirality);
 
   unsigned NumClasses() const { return numClasses_; }

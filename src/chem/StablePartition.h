@@ -13,8 +13,8 @@ namespace QXChem {
 /// Source   Cardon, Crochemore, "Partitioning a graph in O(|A| log2 |V|)", doi:10.1016/0304-3975(82)90016-0.
 class StablePartition {
  public:
-  /// Refines classOfAtom, whose classes run from 0 to numClasses - 1, and returns how many there are then; the
-  /// new numbers come in no particular order.
+  /// Refines classOfAtom, whose classes run from 0 to numClasses - 1, and returns how many there are then;
+  /// the new numbers come in no particular order.
   /// Shape    bondColors: a hash of the bond's kind for every entry of the neighbour lists, in their order.
   /// Cost     O(bonds x log(atoms)).
   unsigned Run(const QXMolBase& mol, std::span<const std::uint64_t> bondColors,

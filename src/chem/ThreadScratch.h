@@ -4,8 +4,8 @@
 
 namespace QXChem {
 
-/// Lends a function the buffers that its thread keeps for it, so that a call allocates nothing after the first
-/// few; those that have grown for a giant molecule are freed afterwards. One at a time of each kind.
+/// Lends a function the buffers that its thread keeps for it, so that a call allocates nothing after the
+/// first few; those that have grown for a giant molecule are freed afterwards. One at a time of each kind.
 template <class Buffers>
 class ThreadScratch {
  public:

@@ -45,8 +45,8 @@ std::string ElementText(const QXAtomBase& atom, unsigned atype) {
     symbol[0] = static_cast<char>(symbol[0] - 'A' + 'a');
     return symbol;
   }
-  // "H" counts hydrogens, "*" is any element, and the newest symbols are unknown or read as something else ("Nh" as
-  // N with a hydrogen).
+  // "H" counts hydrogens, "*" is any element, and the newest symbols are unknown or read as something else
+  // ("Nh" as N with a hydrogen).
   const bool symbolIsRead = number > 1 && number < 113;
   return symbolIsRead ? symbol : numberText;
 }
@@ -94,8 +94,8 @@ void AddPrimitives(std::string& out, const QXAtomBase& atom, unsigned atype) {
   }
 }
 
-// By bond order. Order 5 shares the integer label of an aromatic bond, and so its symbol; the orders in braces have
-// no symbol in SMARTS.
+// By bond order. Order 5 shares the integer label of an aromatic bond, and so its symbol; the orders in
+// braces have no symbol in SMARTS.
 constexpr std::array<std::string_view, 10> orderSymbols = {"{0}", "-",   "=",   "#",   "$",
                                                            ":",   "{6}", "{7}", "{8}", "{9}"};
 constexpr std::string_view aromaticSymbol = orderSymbols[5];

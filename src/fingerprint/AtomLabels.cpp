@@ -1,9 +1,9 @@
 // Integer labels of atoms and bonds.
 //
-// A label is a product with one factor for each property that the mask selects. What the mask selects is decided
-// once: every property gets a table of factors, one of ones where it is not selected, and the three flags share a
-// table of their products. The loop over the flat atom array then looks up and multiplies, without a branch on the
-// mask. Products wrap at 32 bits.
+// A label is a product with one factor for each property that the mask selects. What the mask selects is
+// decided once: every property gets a table of factors, one of ones where it is not selected, and the three
+// flags share a table of their products. The loop over the flat atom array then looks up and multiplies,
+// without a branch on the mask. Products wrap at 32 bits.
 
 #include <algorithm>
 #include <span>

@@ -8,8 +8,8 @@
 
 namespace QXFingrix {
 
-/// The descriptors of one class, one for each version and parameters that were ever asked for. Entries are never
-/// removed, so the pointers handed out stay valid, and identity stands for equality.
+/// The descriptors of one class, one for each version and parameters that were ever asked for. Entries are
+/// never removed, so the pointers handed out stay valid, and identity stands for equality.
 /// Threads  safe.
 template <class FPType, class... Params>
 class QXFPTypeCache {

@@ -19,8 +19,8 @@ struct TypeParams {
 inline constexpr std::uint64_t reservedHashedBits = 0xf0000f0000000000;
 inline constexpr std::uint64_t reservedUnhashedBits = 0xffffff0000000000;
 
-/// Packs by plain addition: what is too wide for its field spills into the next one. Identifiers that were written
-/// to files depend on it, so the fields must not be masked.
+/// Packs by plain addition: what is too wide for its field spills into the next one. Identifiers that were
+/// written to files depend on it, so the fields must not be masked.
 constexpr std::uint64_t PackTypeId(const TypeParams& params) {
   return (std::uint64_t{params.numbits} << 44) + (std::uint64_t{params.atype} << 24) +
          (std::uint64_t{params.btype} << 16) + (std::uint64_t{params.minDistance} << 8) + params.maxDistance;

@@ -18,8 +18,8 @@ struct ParsedType {
 };
 
 /// Reads a type string of one kind.
-/// Errors   false and one Warning (none for the name of an atom or bond type that does not exist, two where neither
-///          an atom nor a bond type is given); `parsed` then holds what was read before.
+/// Errors   false and one Warning (none for the name of an atom or bond type that does not exist, two where
+///          neither an atom nor a bond type is given); `parsed` then holds what was read before.
 bool ParseTypeString(const TypeRow& row, const std::string& text, ParsedType& parsed);
 
 }  // namespace QXFingrix

@@ -17,8 +17,8 @@ bool IsNamed(const QXParameter& parameter, std::string_view key) {
          (WithoutDashes(parameter.GetName()) == key || WithoutDashes(parameter.GetAlias()) == key);
 }
 
-// Which C++ types a parameter type can be read into. A default need not fit its own parameter type: an Integer
-// may have a default that only an unsigned holds.
+// Which C++ types a parameter type can be read into. A default need not fit its own parameter type: an
+// Integer may have a default that only an unsigned holds.
 template <class T>
 bool IsReadableAs(QXParameterType type) {
   using enum QXParameterType;

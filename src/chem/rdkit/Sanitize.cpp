@@ -3,8 +3,8 @@
 // environment variables and grows with the cube of a chain's length) and the removal of hydrogens (done on
 // the graph, where it costs less).
 //
-// RDKit searches rings recursively, in time that grows with rings x atoms^2, and passes over all atoms again for
-// every connected part. What would overflow the stack or take minutes is refused beforehand.
+// RDKit searches rings recursively, in time that grows with rings x atoms^2, and passes over all atoms again
+// for every connected part. What would overflow the stack or take minutes is refused beforehand.
 
 #include "chem/rdkit/Sanitize.h"
 
