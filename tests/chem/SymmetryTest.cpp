@@ -102,18 +102,21 @@ bool ExpectSameWalksWithinClasses(const std::string& smiles, bool withChirality)
 }
 
 TEST(Symmetry, AtomsOfOneProvenClassStartTheSameWalks) {
-  std::vector<std::string> smiles = regular;
-  for (const char* file : {"drug_5k.smi", "odd.smi", "natural_macrocycles.smi"}) {
-    const auto lines = SharedLines(file);
-    std::ranges::copy_if(lines, std::back_inserter(smiles),
-                         [](const auto& line) { return line.size() < 300; });
-  }
   unsigned numSymmetric = 0;
-  for (const std::string& text : smiles) {
-    numSymmetric += ExpectSameWalksWithinClasses(text, false);
-    ExpectSameWalksWithinClasses(text, true);
+  for (const std::string& smiles : regular) {
+    numSymmetric += ExpectSameWalksWithinClasses(smiles, false);
+    ExpectSameWalksWithinClasses(smiles, true);
   }
-  EXPECT_GE(numSymmetric, regular.size());
+  // All but the cage of 60 atoms, whose automorphisms the bounded search does not find.
+  EXPECT_EQ(numSymmetric, regular.size() - 1);
+
+  for (const char* file : {"drug_5k.smi", "odd.smi", "natural_macrocycles.smi"}) {
+    for (const std::string& smiles : SharedLines(file)) {
+      if (smiles.size() >= 300) continue;
+      ExpectSameWalksWithinClasses(smiles, false);
+      ExpectSameWalksWithinClasses(smiles, true);
+    }
+  }
 }
 
 // The orbits by trying every renumbering that keeps bonds: only for small molecules.
