@@ -2,36 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <limits>
 #include <new>
 #include <thread>
 
+#include "Allocations.h"
 #include "QXChem/QXPerception.h"
 #include "chem/SharedMolecules.h"
-
-namespace {
-
-constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
-thread_local std::size_t allocationsLeft = never;
-
-}  // namespace
-
-// Not inlined, or the compiler takes malloc() and delete for a pair that does not match.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (allocationsLeft != never && allocationsLeft-- == 0) {
-    allocationsLeft = never;
-    throw std::bad_alloc();
-  }
-  if (void* memory = std::malloc(size ? size : 1)) return memory;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace QXChem {
 namespace {
@@ -42,13 +18,13 @@ template <class Work, class Check>
 unsigned FailAtEveryAllocation(Work work, Check check) {
   for (unsigned n = 0;; ++n) {
     bool failed = false;
-    allocationsLeft = n;
+    QXTest::failAt = QXTest::numAllocations + n + 1;
     try {
       work();
     } catch (const std::bad_alloc&) {
       failed = true;
     }
-    allocationsLeft = never;
+    QXTest::failAt = 0;
     check();
     if (!failed) return n;
   }

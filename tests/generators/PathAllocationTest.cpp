@@ -2,41 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <thread>
 
+#include "Allocations.h"
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "generators/Graphs.h"
 #include "generators/Molecules.h"
 
-namespace {
-
-thread_local std::size_t numAllocations = 0;
-thread_local std::size_t numBytes = 0;
-thread_local std::size_t failAt = 0;  // this allocation of the thread fails, counted as numAllocations
-
-}  // namespace
-
-// Not inlined, or the compiler takes malloc() and delete for a pair that does not match.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  ++numAllocations;
-  numBytes += size;
-  if (numAllocations == failAt) throw std::bad_alloc();
-  if (void* memory = std::malloc(size ? size : 1)) return memory;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-
 namespace QXFingrix {
 namespace {
+
+using QXTest::failAt;
+using QXTest::numAllocations;
+using QXTest::numBytes;
 
 TEST(PathAllocation, NothingIsAllocatedAfterTheFirstPass) {
   std::vector<QXChem::QXGraphMol> mols;

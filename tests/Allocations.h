@@ -1,0 +1,30 @@
+#pragma once
+
+// Replaces the global allocator of a test program by one that counts and fails when told to. It defines the
+// allocator, so one source file of a program includes it.
+
+#include <cstdlib>
+#include <new>
+
+namespace QXTest {
+
+inline thread_local std::size_t numAllocations = 0;
+inline thread_local std::size_t numBytes = 0;
+inline thread_local std::size_t failAt = 0;  // this allocation of the thread fails, counted as numAllocations
+
+}  // namespace QXTest
+
+// Not inlined, or the compiler takes malloc() and delete for a pair that does not match.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  ++QXTest::numAllocations;
+  QXTest::numBytes += size;
+  if (QXTest::numAllocations == QXTest::failAt) throw std::bad_alloc();
+  if (void* memory = std::malloc(size ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
