@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "QXFingrix/QXFPTypeBase.h"
 #include "QXSystem/QXBitVector.h"
 #include "QXSystem/QXExport.h"
@@ -40,5 +42,9 @@ QX_API bool QXIsSameFPType(const QXFingerPrint& a, const QXFingerPrint& b);
 /// Writes the bits as booleans.
 /// Shape    out: room for fp.GetSize() entries.
 QX_API void QXFPToBoolArray(const QXFingerPrint& fp, bool* out);
+
+/// The text that a Lingo or unhashed fingerprint holds: its bytes up to the first zero byte, or all of them
+/// where there is none. Valid until the fingerprint changes.
+QX_API std::string_view QXGetFPText(const QXFingerPrint& fp);
 
 }  // namespace QXFingrix

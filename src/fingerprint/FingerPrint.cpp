@@ -28,4 +28,9 @@ void QXFPToBoolArray(const QXFingerPrint& fp, bool* out) {
   for (unsigned bit = 0; bit < fp.GetSize(); ++bit) out[bit] = fp.IsBitOn(bit);
 }
 
+std::string_view QXGetFPText(const QXFingerPrint& fp) {
+  const std::string_view bytes(reinterpret_cast<const char*>(fp.GetData()), fp.GetDataSize());
+  return bytes.substr(0, bytes.find('\0'));
+}
+
 }  // namespace QXFingrix

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "QXSystem/QXExport.h"
+
+namespace QXChem {
+
+class QXMolBase;
+
+// Lingos are the substrings of four characters of a molecule's Lingo text. How alike two molecules are can be
+// told from how many Lingos their texts share.
+// Source   Vidal, Thormann, Pons, J. Chem. Inf. Model. 2005, 45, 386.
+
+/// Writes Lingo texts.
+/// Threads  one object may be used by several threads at once.
+class QX_API QXLingoMap {
+ public:
+  /// Writes the Lingo text of a molecule: its canonical SMILES without stereo, isotopes and atom maps, every
+  /// ring closure written as 0, Cl as L and Br as R. Neither the order of the atoms nor the drawing matters,
+  /// nor whether hydrogens stand in the graph.
+  /// Shape    text: replaced; empty for an empty molecule.
+  /// Errors   false and an empty text for an invalid molecule, for one that the valence model does not allow,
+  ///          and above 5,000 atoms; nothing is reported.
+  /// Cost     that of a canonical SMILES, tens of microseconds.
+  bool CreateString(std::string& text, const QXMolBase& mol) const;
+};
+
+/// The Lingos of one text, to count those of other texts against: the profile of a query.
+///
+/// A text shorter than four characters counts as one Lingo, the whole text; an empty text has none. Lingos
+/// count as often as they occur.
+/// Threads  immutable: several threads may count against one profile at once.
+class QX_API QXLingoSim {
+ public:
+  /// A profile that is not valid.
+  QXLingoSim() = default;
+  /// Shape    flag: 1, Lingos count as often as they occur; there is no other way of counting.
+  /// Errors   the profile is not valid for another flag and for a text that holds anything but printable
+  ///          ASCII characters. Nothing is reported.
+  /// Cost     O(length), one or two allocations.
+  QXLingoSim(std::string_view text, unsigned flag);
+  ~QXLingoSim();
+  QXLingoSim(const QXLingoSim&) = delete;
+  QXLingoSim& operator=(const QXLingoSim&) = delete;
+  QXLingoSim(QXLingoSim&&) noexcept;
+  QXLingoSim& operator=(QXLingoSim&&) noexcept;
+
+  bool IsValid() const { return impl_ != nullptr; }
+
+  /// Counts the Lingos of a second text against those of the profile: `both` is the size of the multiset
+  /// intersection, the other two what is left on either side.
+  /// Errors   false, counts untouched, for a profile that is not valid. Any bytes may stand in the text.
+  /// Cost     O(both lengths), no allocation once a thread has seen the longest profile.
+  bool CountTerms(std::string_view text, unsigned* onlyProfile, unsigned* onlyText, unsigned* both) const;
+
+ private:
+  class Impl;
+  std::unique_ptr<const Impl> impl_;
+};
+
+}  // namespace QXChem

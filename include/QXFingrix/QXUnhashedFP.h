@@ -1,0 +1,32 @@
+#pragma once
+
+#include "QXSystem/QXExport.h"
+
+namespace QXChem {
+class QXMolBase;
+}
+
+namespace QXFingrix {
+
+class QXFingerPrint;
+class QXFPTypeBase;
+
+/// Makes the unhashed path fingerprint of a molecule: every path that QXMakePathFP would hash, as a readable
+/// token (see QXPathIdGenerator), in both directions. The tokens, as many times as they occur, in ascending
+/// byte order and joined by one blank, and a zero byte are stored as the bytes of the bit vector. Neither the
+/// order of the atoms nor their symmetry matters.
+/// Shape    0 <= minbonds <= maxbonds <= 20; atype and btype are masks of QXFPAtomType and QXFPBondType, not
+///          both 0. Anything else draws one Warning each and is replaced by the default (0, 5; minbonds =
+///          maxbonds; masks 191 and 3); the type of fp carries what was used.
+/// Errors   an invalid molecule: false, the type of fp cleared, nothing reported. Paths whose text would not
+///          fit: the same and the error "Max size for an QXBitVector is INT_MAX".
+/// Threads  safe on different fingerprints; mol is only read.
+/// Cost     proportional to the text, whose length may grow exponentially with maxbonds in cages.
+QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
+                                 unsigned maxbonds, unsigned atype, unsigned btype);
+
+/// The same with the parameters of an unhashed path type.
+/// Errors   a null type or one of another kind: Warning, false, fp untouched.
+QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
+
+}  // namespace QXFingrix
