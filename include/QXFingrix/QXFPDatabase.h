@@ -1,0 +1,115 @@
+#pragma once
+
+#include <memory>
+
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFPTypeBase.h"
+#include "QXFingrix/QXFingerPrint.h"
+#include "QXFingrix/QXSimFunc.h"
+#include "QXFingrix/QXSimScore.h"
+#include "QXSystem/QXExport.h"
+#include "QXSystem/QXIter.h"
+
+namespace QXChem {
+class QXMolBase;
+}
+
+namespace QXFingrix {
+
+class QXFPDatabaseImplBase;
+
+/// Fingerprints of one type in memory, in the order in which they were added, and queries over them: all
+/// scores of a range, or the best ones. Any kind of fingerprint: bits, Lingo, unhashed.
+///
+/// The measure is Tanimoto, the order descending and no cutoff is set until told otherwise.
+/// Threads  queries may run at once while nobody adds entries or changes settings.
+/// Cost     memory is that of the fingerprints' words and about 20 bytes for each; unhashed fingerprints also
+///          keep 8 bytes for each token.
+class QX_API QXFPDatabase {
+ public:
+  /// Of a kind's default type; see namespace QXFPType.
+  /// Errors   error "QXFPDatabase::QXFPDatabase() unknown fingerprint type", and a database that is not
+  ///          valid: it takes no entries and finds nothing.
+  explicit QXFPDatabase(unsigned fptype);
+  /// Of a type. Errors: as above, for null too.
+  explicit QXFPDatabase(const QXFPTypeBase* type);
+  ~QXFPDatabase();
+  QXFPDatabase(QXFPDatabase&& other) noexcept;
+  QXFPDatabase& operator=(QXFPDatabase&& other) noexcept;
+  QXFPDatabase(const QXFPDatabase&) = delete;
+  QXFPDatabase& operator=(const QXFPDatabase&) = delete;
+
+  bool IsValid() const { return impl_ != nullptr; }
+
+  /// The type of the entries; null for a database that is not valid.
+  const QXFPTypeBase* GetFPTypeBase() const;
+  unsigned NumFingerPrints() const;
+  /// The entries in index order. The iterator looks at the database: use it while that lives and no entry is
+  /// added.
+  QXSystem::QXIter<QXFingerPrint> GetFingerPrints() const;
+
+  /// Appends a copy of a fingerprint and returns its index.
+  /// Errors   QXSimScore::NoIndex, nothing stored and nothing reported, when the type is another one, when
+  ///          4294967295 entries are there, and for a database that is not valid. std::bad_alloc without
+  ///          memory, nothing stored.
+  unsigned AddFP(const QXFingerPrint& fp);
+  /// Appends the fingerprint of a molecule, made by QXMakeFP for the database's type.
+  /// Errors   as above, also when the fingerprint cannot be made.
+  unsigned AddFP(const QXChem::QXMolBase& mol);
+
+  /// Installs a measure of QXSimMeasure and sets the order, which is never inferred from the measure:
+  /// Manhattan, a distance, wants descending false. Tversky has the coefficients 0.95 and 0.050000012.
+  /// Errors   another number, and for unhashed fingerprints any but Tanimoto, draws the Warning
+  ///          "QXFPDatabase::SetSimFunc() unknown similarity measure" and installs Tanimoto.
+  void SetSimFunc(unsigned measure, bool descending = true);
+  /// Installs a copy of a measure and sets the order.
+  /// Errors   refused with a Warning by a Lingo or unhashed database: the measure stays, and the order.
+  /// Cost     measures of one's own are called once for each entry; the six of QXSimFunc.h run as fast as by
+  ///          number.
+  void SetSimFunc(const QXSimFuncBase& func, bool descending = true);
+
+  /// The score threshold of queries without options.
+  void SetCutoff(float cutoff);
+  float GetCutoff() const;
+  bool HasCutoff() const;
+  void ClearCutoff();
+  void SetDescendingOrder(bool descending);
+  bool GetDescendingOrder() const;
+
+  // Queries. Entries begin to end - 1 are looked at; an end of 0, or one that is too large, means all. With
+  // options their cutoff, order, measure and coefficients count instead of the database's, and all entries
+  // are looked at. A molecule stands for its fingerprint of the database's type.
+  // Errors   an empty iterator and the Warning "QXFPDatabase::GetScores() fingerprint type mismatch!"
+  //          (respectively GetSortedScores()) when the query's type is another one; a Warning and an empty
+  //          iterator when the fingerprint of a molecule cannot be made, when a Lingo query holds no Lingo
+  //          text ("... cannot initialize lingo similarity!"), or when there is no memory for the scores.
+  //          Nothing is reported for a database that is not valid: its constructor has done so.
+
+  /// The scores of the entries in index order. With a cutoff, those that reach it: in descending order
+  /// scores at or above it, in ascending order scores at or below it.
+  QXSystem::QXIter<QXSimScore> GetScores(const QXFingerPrint& query, unsigned begin = 0,
+                                         unsigned end = 0) const;
+  QXSystem::QXIter<QXSimScore> GetScores(const QXChem::QXMolBase& query, unsigned begin = 0,
+                                         unsigned end = 0) const;
+  QXSystem::QXIter<QXSimScore> GetScores(const QXFingerPrint& query,
+                                         const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetScores(const QXChem::QXMolBase& query,
+                                         const QXFPDatabaseOptions& options) const;
+
+  /// The best `limit` scores, best first, equal ones by index; limit 0 means all. A score equal to the cutoff
+  /// is not among them, unlike in GetScores; in descending order without a cutoff, neither are scores of 0.
+  /// Cost     one pass; memory grows with the hits kept, at most 2 limit.
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXFingerPrint& query, unsigned limit = 0,
+                                               unsigned begin = 0, unsigned end = 0) const;
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXChem::QXMolBase& query, unsigned limit = 0,
+                                               unsigned begin = 0, unsigned end = 0) const;
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXFingerPrint& query,
+                                               const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScore> GetSortedScores(const QXChem::QXMolBase& query,
+                                               const QXFPDatabaseOptions& options) const;
+
+ private:
+  std::unique_ptr<QXFPDatabaseImplBase> impl_;
+};
+
+}  // namespace QXFingrix

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cmath>
+#include <string>
+
+#include "QXFingrix/QXSimMeasure.h"
+
+namespace QXFingrix {
+
+/// What two fingerprints have in common, in bits or Lingos.
+struct SimCounts {
+  unsigned onlyA = 0;
+  unsigned onlyB = 0;
+  unsigned both = 0;
+  unsigned neither = 0;
+};
+
+/// One of the six measures with its coefficients. This is the only place that knows their formulas: free
+/// functions, measure objects and databases take their scores from here, so they agree to the last bit.
+class MeasureFormula {
+ public:
+  /// measure: a QXSimMeasure value; the coefficients matter to Tversky.
+  constexpr explicit MeasureFormula(unsigned measure, float alpha = 0.0F, float beta = 0.0F)
+      : measure_(measure), alpha_(alpha), beta_(beta) {}
+
+  constexpr unsigned GetMeasure() const { return measure_; }
+
+  float operator()(const SimCounts& counts) const {
+    const auto a = static_cast<float>(counts.onlyA);
+    const auto b = static_cast<float>(counts.onlyB);
+    const auto c = static_cast<float>(counts.both);
+    const auto d = static_cast<float>(counts.neither);
+    const bool isIdentical = (counts.onlyA | counts.onlyB) == 0;
+    if (measure_ == QXSimMeasure::Manhattan) return isIdentical ? 0.0F : (a + b) / (a + b + c + d);
+    if (isIdentical) return 1.0F;
+    if (measure_ == QXSimMeasure::Euclid) return std::sqrt((c + d) / (a + b + c + d));
+    if (counts.both == 0) return 0.0F;
+    switch (measure_) {
+      case QXSimMeasure::Cosine:
+        return c / std::sqrt((a + c) * (b + c));
+      case QXSimMeasure::Dice:
+        return (c + c) / static_cast<float>(2.0 * double{c} + (double{a} + double{b}));
+      case QXSimMeasure::Tversky:
+        return c / (alpha_ * a + beta_ * b + c);
+      default:
+        return c / (a + b + c);  // Tanimoto
+    }
+  }
+
+ private:
+  unsigned measure_;
+  float alpha_;
+  float beta_;
+};
+
+/// What the objects of a measure call it: "QXTanimoto".
+inline std::string GetSimTypeName(unsigned measure) {
+  return "QX" + QXGetSimilarityMeasureName(measure);
+}
+
+}  // namespace QXFingrix
