@@ -1,7 +1,5 @@
-#include <memory>
 #include <new>
 #include <span>
-#include <utility>
 #include <vector>
 
 #include "QXChem/QXGraphMol.h"
@@ -16,6 +14,8 @@
 #include "QXSystem/QXErrorHandler.h"
 #include "fingerprint/TypeTable.h"
 #include "generators/HashedPathWalk.h"
+#include "generators/PathParams.h"
+#include "generators/WorkspaceLease.h"
 
 namespace QXFingrix {
 namespace {
@@ -24,7 +24,6 @@ using QXSystem::QXThrow;
 
 constexpr unsigned minNumBits = 16;
 constexpr unsigned maxNumBits = 65535;
-constexpr unsigned bondLimit = 20;
 
 const TypeParams& Defaults() {
   return FindTypeRow(QXFPType::Path)->defaults;
@@ -38,38 +37,16 @@ constexpr unsigned smallMolecule = 20;
 // Replaces what is out of range by the defaults, with a Warning each.
 TypeParams CorrectParams(TypeParams params) {
   const char* const caller = "QXMakePathFP()";
-  const TypeParams& defaults = Defaults();
   if (params.numbits < minNumBits || params.numbits > maxNumBits) {
+    const unsigned defaultSize = Defaults().numbits;
     QXThrow.Warning("%s : invalid bit vector size %d for path fingerprint (default %d is used)!", caller,
-                    params.numbits, defaults.numbits);
-    params.numbits = defaults.numbits;
+                    params.numbits, defaultSize);
+    params.numbits = defaultSize;
   }
-  if (params.minDistance > bondLimit) {
-    QXThrow.Warning("%s : invalid min bonds %d for path fingerprint (default %d is used)!", caller,
-                    params.minDistance, defaults.minDistance);
-    params.minDistance = defaults.minDistance;
-  }
-  if (params.maxDistance > bondLimit) {
-    QXThrow.Warning("%s : invalid max bonds %d for path fingerprint (default %d is used)!", caller,
-                    params.maxDistance, defaults.maxDistance);
-    params.maxDistance = defaults.maxDistance;
-  }
-  if (params.maxDistance < params.minDistance) {
-    QXThrow.Warning(
-        "%s : invalid min bonds %d > max bonds %d for path fingerprint (minbonds = maxbonds is used)!",
-        caller, params.minDistance, params.maxDistance);
-    params.minDistance = params.maxDistance;
-  }
-  if (params.atype == 0 && params.btype == 0) {
-    QXThrow.Warning("%s : invalid to have both atom and bond types set to be None (default types are used)!",
-                    caller);
-    params.atype = defaults.atype;
-    params.btype = defaults.btype;
-  }
-  return params;
+  return CorrectPathParams(caller, params);
 }
 
-// What a thread keeps between calls, so that after the first few molecules a call allocates nothing.
+// What a thread keeps between calls: after the first few molecules a call allocates nothing.
 struct Workspace {
   QXChem::QXGraphMol mol;
   std::vector<unsigned> atomLabels;
@@ -77,33 +54,9 @@ struct Workspace {
   HashedPathWalk walk;
 };
 
-// Lends the thread's workspace. A call made meanwhile, out of an error sink, gets one of its own; an
-// exception or a giant molecule frees the memory instead of keeping it.
-class WorkspaceLease {
- public:
-  WorkspaceLease() : workspace_(std::move(kept)) {
-    if (!workspace_) workspace_ = std::make_unique<Workspace>();
-  }
-  WorkspaceLease(const WorkspaceLease&) = delete;
-  WorkspaceLease& operator=(const WorkspaceLease&) = delete;
-
-  Workspace& Get() { return *workspace_; }
-  void GiveBack() {
-    constexpr unsigned giant = 10000;
-    const auto& mol = workspace_->mol;
-    if (mol.NumAtoms() < giant && mol.NumBonds() < giant) kept = std::move(workspace_);
-  }
-
- private:
-  static thread_local std::unique_ptr<Workspace> kept;
-  std::unique_ptr<Workspace> workspace_;
-};
-
-thread_local std::unique_ptr<Workspace> WorkspaceLease::kept;
-
 // Sets the bits of `words`; they are clear.
 void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const TypeParams& params) {
-  WorkspaceLease lease;
+  WorkspaceLease<Workspace> lease;
   auto& [copy, atomLabels, bondLabels, walk] = lease.Get();
   copy = mol;
   QXPrepareForFingerprinting(copy, QXFPType::Path);
@@ -118,7 +71,7 @@ void SetPathBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, c
     walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minDistance,
                  params.maxDistance);
   }
-  lease.GiveBack();
+  if (!IsGiant(mol)) lease.GiveBack();
 }
 
 }  // namespace
