@@ -18,15 +18,18 @@ class QXFPTypeBase;
 /// Shape    0 <= minbonds <= maxbonds <= 20; atype and btype are masks of QXFPAtomType and QXFPBondType, not
 ///          both 0. Anything else draws one Warning each and is replaced by the default (0, 5; minbonds =
 ///          maxbonds; masks 191 and 3); the type of fp carries what was used.
-/// Errors   an invalid molecule: false, the type of fp cleared, nothing reported. Paths whose text would not
-///          fit: the same and the error "Max size for an QXBitVector is INT_MAX".
+/// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported. Paths
+///          whose text would not fit: the same and the error "Max size for an QXBitVector is INT_MAX", as
+///          soon as that is known. No memory: std::bad_alloc.
 /// Threads  safe on different fingerprints; mol is only read.
-/// Cost     proportional to the text, whose length may grow exponentially with maxbonds in cages.
+/// Cost     one copy of mol, a step for every atom and bond of every path, and the text, whose length may
+///          grow exponentially with maxbonds in cages.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
                                  unsigned maxbonds, unsigned atype, unsigned btype);
 
 /// The same with the parameters of an unhashed path type.
-/// Errors   a null type or one of another kind: Warning, false, fp untouched.
+/// Errors   a null type or one of another kind: the Warning "QXMakeUnhashedPathFP : invalid unhashed path
+///          fingerprint type!", false, fp untouched.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 
 }  // namespace QXFingrix

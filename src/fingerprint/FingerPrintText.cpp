@@ -1,6 +1,5 @@
 #include "fingerprint/FingerPrintText.h"
 
-#include <climits>
 #include <cstring>
 #include <new>
 
@@ -8,10 +7,13 @@
 
 namespace QXFingrix {
 
+void ReportFPTextTooLong() {
+  QXSystem::QXThrow.Error("Max size for an QXBitVector is INT_MAX");
+}
+
 bool SetFPText(QXFingerPrint& fp, std::string_view text) {
-  constexpr std::size_t maxBytes = INT_MAX / CHAR_BIT;
-  if (text.size() >= maxBytes) {
-    QXSystem::QXThrow.Error("Max size for an QXBitVector is INT_MAX");
+  if (text.size() > maxFPTextSize) {
+    ReportFPTextTooLong();
     return false;
   }
   if (!fp.SetSize(static_cast<unsigned>((text.size() + 1) * CHAR_BIT))) throw std::bad_alloc();

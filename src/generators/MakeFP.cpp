@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXUnhashedFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "fingerprint/TypeTable.h"
 
@@ -24,6 +25,7 @@ struct GeneratorRow {
 // The kinds that have a generator.
 constexpr GeneratorRow generators[] = {
     {QXFPType::Path, QXMakePathFP},
+    {QXFPType::UHPath, QXMakeUnhashedPathFP},
 };
 
 void ReportDeprecatedVS(unsigned type) {
