@@ -11,6 +11,7 @@
 #include <DataStructs/ExplicitBitVect.h>
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -23,6 +24,7 @@
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
 #include "QXFingrix/QXPrepareForFingerprinting.h"
+#include "QXFingrix/QXUnhashedFP.h"
 #include "generators/HashedPathWalk.h"
 
 namespace {
@@ -76,6 +78,27 @@ void PathFP(benchmark::State& state) {
   OverPrepared(state, [&](const QXChem::QXGraphMol& mol) { QXFingrix::QXMakePathFP(fp, mol); });
 }
 
+void UnhashedPathFP(benchmark::State& state) {
+  QXFingrix::QXFingerPrint fp;
+  OverPrepared(
+      state, [&](const QXChem::QXGraphMol& mol) { QXFingrix::QXMakeUnhashedPathFP(fp, mol, 0, 5, 191, 3); });
+}
+
+// What the tree of tokens replaces: texts collected in a vector by the public generator, sorted and joined.
+void SortedPathTexts(benchmark::State& state) {
+  std::vector<std::string> atomLabels, bondLabels, ids;
+  std::string text;
+  OverPrepared(state, [&](QXChem::QXGraphMol mol) {
+    QXFingrix::QXGetFingerprintAtomTypes(atomLabels, bondLabels, mol, 191, 3);
+    ids.clear();
+    QXFingrix::QXPathIdGeneratorStack(ids, mol, atomLabels, bondLabels, 0, 5);
+    std::sort(ids.begin(), ids.end());
+    text.clear();
+    for (const std::string& id : ids) text.append(id).push_back(' ');
+    benchmark::DoNotOptimize(text.data());
+  });
+}
+
 void Copy(benchmark::State& state) {
   QXChem::QXGraphMol copy;
   OverPrepared(state, [&](const QXChem::QXGraphMol& mol) { copy = mol; });
@@ -93,6 +116,16 @@ void CopyAndLabels(benchmark::State& state) {
   QXChem::QXGraphMol copy;
   std::vector<unsigned> atomLabels;
   std::vector<unsigned> bondLabels;
+  OverPrepared(state, [&](const QXChem::QXGraphMol& mol) {
+    copy = mol;
+    QXFingrix::QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, 191, 3);
+  });
+}
+
+void CopyAndTextLabels(benchmark::State& state) {
+  QXChem::QXGraphMol copy;
+  std::vector<std::string> atomLabels;
+  std::vector<std::string> bondLabels;
   OverPrepared(state, [&](const QXChem::QXGraphMol& mol) {
     copy = mol;
     QXFingrix::QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, 191, 3);
@@ -161,9 +194,12 @@ void RDKitPathFP(benchmark::State& state) {
 
 // Argument 0: molecules of 27 heavy atoms; 1: all bundled molecules.
 BENCHMARK(PathFP)->Arg(0)->Arg(1);
+BENCHMARK(UnhashedPathFP)->Arg(0)->Arg(1);
+BENCHMARK(SortedPathTexts)->Arg(0);
 BENCHMARK(Copy)->Arg(0);
 BENCHMARK(CopyAndSymmetry)->Arg(0);
 BENCHMARK(CopyAndLabels)->Arg(0);
+BENCHMARK(CopyAndTextLabels)->Arg(0);
 BENCHMARK(Walk)->Arg(0);
 BENCHMARK(IdGeneratorStack)->Arg(0);
 BENCHMARK(ReadSmiles)->Arg(0)->Arg(1);

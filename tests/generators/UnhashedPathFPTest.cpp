@@ -45,17 +45,22 @@ std::string TextOf(const QXChem::QXMolBase& mol, const Params& params) {
   return text;
 }
 
-// The identifiers of the plain walk from every heavy atom, sorted as strings.
-std::string PlainText(QXChem::QXGraphMol mol, const Params& p) {
+// The text must be the identifiers of the plain walk from every heavy atom, sorted as strings.
+void ExpectPlainPaths(QXChem::QXGraphMol mol, const Params& p) {
+  const std::string text = TextOf(mol, p);
   QXPrepareForFingerprinting(mol, QXFPType::UHPath);
   std::vector<std::string> atomLabels, bondLabels, tokens;
   QXGetFingerprintAtomTypes(atomLabels, bondLabels, mol, p.atype, p.btype);
   mol.ForgetPerceived(QXChem::QXPerceived::Symmetry);
   QXPathIdGeneratorStack(tokens, mol, atomLabels, bondLabels, p.minbonds, p.maxbonds);
-  std::sort(tokens.begin(), tokens.end());
-  std::string text;
-  for (const std::string& token : tokens) text += (text.empty() ? "" : " ") + token;
-  return text;
+  std::ranges::sort(tokens);
+  std::string expected;
+  for (const std::string& token : tokens) {
+    ASSERT_FALSE(token.empty());
+    ASSERT_TRUE(std::ranges::all_of(token, [](unsigned char c) { return c > ' ' && c < 0x7f; })) << token;
+    expected += (expected.empty() ? "" : " ") + token;
+  }
+  ASSERT_EQ(text, expected) << "masks " << p.atype << ' ' << p.btype;
 }
 
 TEST(UnhashedPathFP, TokensAreThePathsOfThePlainWalk) {
@@ -63,30 +68,19 @@ TEST(UnhashedPathFP, TokensAreThePathsOfThePlainWalk) {
                            {3, 3, 6143, 7}, {0, 4, 3, 1},   {0, 5, 4279, 3}, {5, 5, 3, 2}};
   const auto lines = test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi");
   ASSERT_GT(lines.size(), 1000u);
-  for (std::size_t i = 0; i < lines.size() && !HasFailure(); ++i) {
-    const QXChem::QXGraphMol mol = ReadSmiles(lines[i].smiles);
-    const Params& p = params[i % std::size(params)];
-    EXPECT_EQ(TextOf(mol, p), PlainText(mol, p)) << lines[i].smiles;
+  for (std::size_t i = 0; i < lines.size() && !HasFatalFailure(); ++i) {
+    SCOPED_TRACE(lines[i].smiles);
+    ExpectPlainPaths(ReadSmiles(lines[i].smiles), params[i % std::size(params)]);
   }
 }
 
-TEST(UnhashedPathFP, UnderEveryMaskTokensAreSortedAndFreeOfWhiteSpace) {
+TEST(UnhashedPathFP, TokensAreThePathsOfThePlainWalkUnderEveryMask) {
   const QXChem::QXGraphMol mol =
       ReadSmiles("C/C(F)=C/C(Cl)C(Br)[Si](C)(I)OB(O)c1c[nH]cc1[N+](C)(C)CC#N.[2H]S(=O)(=O)[O-].*[Na].P$C");
   ASSERT_TRUE(mol.IsValid());
-  const auto numHeavy = std::ranges::count_if(mol.Atoms(), &QXChem::QXAtomBase::IsHeavy);
-  for (unsigned atype = 0; atype < 8192; ++atype) {
-    if (atype & 2048) continue;  // no flag
-    for (unsigned btype = 0; btype < 8; ++btype) {
-      const Params p{0, 2, atype, btype};
-      if (atype == 0 && btype == 0) continue;
-      const std::string text = TextOf(mol, p);
-      ASSERT_EQ(text, PlainText(mol, p)) << atype << ' ' << btype;
-      ASSERT_TRUE(std::ranges::all_of(text, [](unsigned char c) { return c >= ' ' && c < 0x7f; })) << text;
-      const std::string atoms = TextOf(mol, {0, 0, atype, btype});
-      ASSERT_EQ(std::ranges::count(atoms, ' ') + 1, numHeavy) << atoms;
-      ASSERT_EQ(atoms.find("  "), std::string::npos);
-    }
+  for (unsigned masks = 1; masks < 8192 * 8 && !HasFatalFailure(); ++masks) {
+    const unsigned atype = masks / 8;
+    if (!(atype & 2048)) ExpectPlainPaths(mol, {0, 1, atype, masks % 8});  // 2048 is no flag
   }
 }
 
@@ -157,32 +151,21 @@ TEST(UnhashedPathFP, ATextThatCannotFitEndsTheWalkWithTheReport) {
 }
 
 TEST(UnhashedPathFP, ParametersOutOfRangeAreReportedAndReplaced) {
-  const std::string low = "invalid min bonds 21 for path fingerprint (default 0 is used)!";
-  const std::string high = "invalid max bonds 22 for path fingerprint (default 5 is used)!";
-  const std::string crossed =
-      "invalid min bonds 7 > max bonds 5 for path fingerprint (minbonds = maxbonds is used)!";
-  const std::string noMasks =
-      "invalid to have both atom and bond types set to be None (default types are used)!";
-  const struct {
-    Params given, used;
-    Reports reports;
-  } cases[] = {
-      {{20, 20, 0, 1}, {20, 20, 0, 1}, {}},
-      {{21, 5, 191, 3}, {0, 5, 191, 3}, {low}},
-      {{7, 22, 1, 0}, {5, 5, 1, 0}, {high, crossed}},
-      {{21, 22, 0, 0}, defaults, {low, high, noMasks}},
-  };
   const QXChem::QXGraphMol mol = ReadSmiles("CC(=O)Nc1ccc(O)cc1");
-  for (const auto& c : cases) {
-    QXFingerPrint fp;
-    Reports reports;
-    for (const std::string& report : c.reports) {
-      reports.push_back("Warning: QXMakeUnhashedPathFP() : " + report);
-    }
-    EXPECT_EQ(ReportsOf([&] { EXPECT_TRUE(MakeFP(fp, mol, c.given)); }), reports);
-    EXPECT_EQ(fp.GetFPTypeBase(), TypeOf(c.used));
-    EXPECT_EQ(QXGetFPText(fp), TextOf(mol, c.used));
-  }
+  const std::string start = "Warning: QXMakeUnhashedPathFP() : invalid ";
+  const std::string low = start + "min bonds 21 for path fingerprint (default 0 is used)!";
+  const std::string high = start + "max bonds 22 for path fingerprint (default 5 is used)!";
+  const std::string noMasks =
+      start + "to have both atom and bond types set to be None (default types are used)!";
+  const std::string crossed =
+      start + "min bonds 7 > max bonds 5 for path fingerprint (minbonds = maxbonds is used)!";
+  QXFingerPrint fp;
+  EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {21, 22, 0, 0}); }), (Reports{low, high, noMasks}));
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf(defaults));
+  EXPECT_EQ(QXGetFPText(fp), TextOf(mol, defaults));
+  EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {7, 22, 1, 0}); }), (Reports{high, crossed}));
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf({5, 5, 1, 0}));
+  EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {20, 20, 0, 1}); }), silence);
 }
 
 TEST(UnhashedPathFP, InvalidMoleculesAndTypesAreRefused) {
