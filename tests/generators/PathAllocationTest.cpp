@@ -8,6 +8,7 @@
 #include "Allocations.h"
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXUnhashedFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "generators/Graphs.h"
 #include "generators/Molecules.h"
@@ -39,10 +40,11 @@ TEST(PathAllocation, NothingIsAllocatedAfterTheFirstPass) {
   EXPECT_EQ(inPass[1], 0u);
 }
 
-TEST(PathAllocation, AFailurePassesThroughAndTheNextCallIsRight) {
-  const QXChem::QXGraphMol mol = test::ReadSmiles("CC(C)Cc1ccc(cc1)C(C)C(=O)OCCN1CCOCC1");
+using Maker = bool (*)(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
+
+void ExpectRightAfterEveryFailure(Maker make, const QXChem::QXMolBase& mol) {
   QXFingerPrint expected;
-  ASSERT_TRUE(QXMakePathFP(expected, mol));
+  ASSERT_TRUE(make(expected, mol));
   const QXSystem::QXErrorCollector collector;
   std::size_t numFailed = 0;
   for (bool failed = true; failed; numFailed += failed) {
@@ -51,17 +53,27 @@ TEST(PathAllocation, AFailurePassesThroughAndTheNextCallIsRight) {
       failed = false;
       failAt = numAllocations + numFailed + 1;
       try {
-        QXMakePathFP(fp, mol);
+        make(fp, mol);
       } catch (const std::bad_alloc&) {
         failed = true;
       }
       failAt = 0;
-      EXPECT_TRUE(QXMakePathFP(fp, mol));
+      EXPECT_TRUE(make(fp, mol));
       EXPECT_TRUE(fp == expected) << numFailed;
     })
         .join();
   }
   EXPECT_GT(numFailed, 10u);
+}
+
+TEST(PathAllocation, AFailurePassesThroughAndTheNextCallIsRight) {
+  const QXChem::QXGraphMol mol = test::ReadSmiles("CC(C)Cc1ccc(cc1)C(C)C(=O)OCCN1CCOCC1");
+  ExpectRightAfterEveryFailure(QXMakePathFP, mol);
+  ExpectRightAfterEveryFailure(
+      [](QXFingerPrint& fp, const QXChem::QXMolBase& other) {
+        return QXMakeUnhashedPathFP(fp, other, 0, 5, 191, 3);
+      },
+      mol);
 }
 
 std::size_t CountPaths(const QXChem::QXMolBase& mol, unsigned atom, unsigned maxbonds,
