@@ -20,12 +20,15 @@ class QXMolBase;
 /// Threads  one object may be used by several threads at once.
 class QX_API QXLingoMap {
  public:
+  /// Hydrogens that can be implicit not counted.
+  static constexpr unsigned maxAtoms = 5000;
+
   /// Writes the Lingo text of a molecule: its canonical SMILES without stereo, isotopes and atom maps, every
-  /// ring closure written as 0, Cl as L and Br as R. Neither the order of the atoms nor the drawing matters,
-  /// nor whether hydrogens stand in the graph.
+  /// ring closure written as 0, Cl as L and Br as R, in brackets too ([L-]). Charges and hydrogen counts stay. Neither
+  /// the order of the atoms nor the drawing matters, nor whether hydrogens stand in the graph.
   /// Shape    text: replaced; empty for an empty molecule.
   /// Errors   false and an empty text for an invalid molecule, for one that the valence model does not allow,
-  ///          and above 5,000 atoms; nothing is reported.
+  ///          and above maxAtoms; nothing is reported.
   /// Cost     that of a canonical SMILES, tens of microseconds.
   bool CreateString(std::string& text, const QXMolBase& mol) const;
 };
@@ -38,11 +41,11 @@ class QX_API QXLingoMap {
 class QX_API QXLingoSim {
  public:
   /// A profile that is not valid.
-  QXLingoSim() = default;
+  QXLingoSim();
   /// Shape    flag: 1, Lingos count as often as they occur; there is no other way of counting.
   /// Errors   the profile is not valid for another flag and for a text that holds anything but printable
   ///          ASCII characters. Nothing is reported.
-  /// Cost     O(length), one or two allocations.
+  /// Cost     O(length log length), a few allocations, some microseconds for a drug-like molecule.
   QXLingoSim(std::string_view text, unsigned flag);
   ~QXLingoSim();
   QXLingoSim(const QXLingoSim&) = delete;

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <new>
 #include <thread>
 
 #include "Allocations.h"
+#include "QXChem/QXLingo.h"
 #include "QXChem/QXPerception.h"
 #include "chem/SharedMolecules.h"
 
@@ -91,6 +93,22 @@ TEST(OutOfMemory, PerceptionAfterAFailureGivesWhatItGivesWithoutOne) {
   for (unsigned i = 0; i < ring.NumAtoms(); ++i) {
     EXPECT_EQ(ring.GetAtom(i)->GetSymmetryClass(), expected.GetAtom(i)->GetSymmetryClass()) << i;
     EXPECT_EQ(ring.GetAtom(i)->IsInRing(), expected.GetAtom(i)->IsInRing()) << i;
+  }
+}
+
+TEST(OutOfMemory, LingosAreCountedWithoutMemory) {
+  const std::string small = "CCN(CC)C(=O)c0ccccc0";
+  std::string large;  // more different Lingos than are counted on the stack
+  for (unsigned i = 0; i < 2000; ++i) large += static_cast<char>('!' + i * i / 7 % 90);
+  std::unique_ptr<QXLingoSim> profile;
+  for (const std::string& text : {small, large}) {
+    EXPECT_GT(FailAtEveryAllocation([&] { profile = std::make_unique<QXLingoSim>(text, 1); }, [] {}), 2u);
+    unsigned onlyProfile, onlyText, both;
+    ASSERT_TRUE(profile->CountTerms(text, &onlyProfile, &onlyText, &both));
+    const std::size_t before = QXTest::numAllocations;
+    ASSERT_TRUE(profile->CountTerms(text, &onlyProfile, &onlyText, &both));
+    EXPECT_EQ(QXTest::numAllocations, before);
+    EXPECT_EQ(both, text.size() - 3);
   }
 }
 

@@ -8,6 +8,7 @@
 #include "QXChem/QXPerception.h"
 #include "chem/Refinement.h"
 #include "chem/SharedMolecules.h"
+#include "chem/Shuffled.h"
 
 namespace QXChem {
 namespace {
@@ -286,22 +287,8 @@ TEST(Symmetry, ClassSizesDoNotDependOnTheOrderOfTheAtoms) {
   std::mt19937 random(1);
   for (const std::string& text : smiles) {
     const QXGraphMol mol = FromSmiles(text);
-    std::vector<unsigned> order(mol.NumAtoms());
-    for (unsigned i = 0; i < order.size(); ++i) order[i] = i;
-    std::ranges::shuffle(order, random);
-    QXGraphMol shuffled;
-    for (unsigned i = 0; i < order.size(); ++i) shuffled.NewAtom(0);
-    for (unsigned i = 0; i < order.size(); ++i) {
-      const QXAtomBase& from = *mol.GetAtom(i);
-      QXAtomBase& to = *shuffled.GetAtom(order[i]);
-      to.SetAtomicNum(from.GetAtomicNum());
-      to.SetFormalCharge(from.GetFormalCharge());
-      to.SetIsotope(from.GetIsotope());
-      to.SetImplicitHCount(from.GetImplicitHCount());
-    }
-    for (const QXBondBase& bond : mol.Bonds()) {
-      shuffled.NewBond(order[bond.GetBgnIdx()], order[bond.GetEndIdx()], bond.GetOrder());
-    }
+    std::vector<unsigned> order;
+    QXGraphMol shuffled = Shuffled(mol, random, order);
     QXAssignAromaticFlags(shuffled);
     const auto a = Classes(mol, false);
     const auto b = Classes(shuffled, false);

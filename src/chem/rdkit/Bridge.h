@@ -6,7 +6,7 @@
 
 namespace QXChem {
 
-// The only door to RDKit. No RDKit type and no exception leaves it, and it never touches the process-wide
+// The only door to RDKit. No RDKit type and none of its exceptions leaves it, and it never touches the process-wide
 // loggers.
 
 enum class TextFormat { Smiles, MolBlock, Mol2 };
@@ -20,7 +20,11 @@ bool ReadWithRDKit(QXMolBase& mol, TextFormat format, const std::string& text, s
 /// and hybridisation 0 when RDKit refuses the structure.
 void PerceiveWithRDKit(QXMolBase& mol, bool aromaticity, bool hybridization);
 
-/// Canonical SMILES without stereo; empty when the molecule cannot be written.
+// RDKit writes SMILES recursively, a kilobyte of stack or less for an atom of a chain, in quadratic time.
+constexpr unsigned maxAtomsToWrite = 5000;
+
+/// Canonical SMILES without stereo; empty when the molecule cannot be written. std::bad_alloc is the one
+/// exception that passes, lest a lack of memory look like a bad molecule.
 std::string WriteSmilesWithRDKit(const QXMolBase& mol);
 
 }  // namespace QXChem

@@ -4,15 +4,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 #include "chem/MolAccess.h"
 #include "chem/rdkit/Bridge.h"
 
 namespace QXChem {
 namespace {
-
-// RDKit writes SMILES recursively, a kilobyte of stack or less for an atom of a chain, in quadratic time.
-constexpr unsigned maxAtomsToWrite = 5000;
 
 RDKit::Bond::BondType ToBondType(const QXBondBase& bond) {
   using enum RDKit::Bond::BondType;
@@ -68,6 +66,8 @@ std::string WriteSmilesWithRDKit(const QXMolBase& mol) {
     // There is no stereo to assign, which RDKit would otherwise look for before it writes isotopes.
     source.setProp(RDKit::common_properties::_StereochemDone, 1, true);
     return RDKit::MolToSmiles(source, NeedsLabels(mol));
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     return {};
   }
