@@ -1,27 +1,11 @@
 #include "fastfp/FastFPScanImpl.h"
 
-#include <new>
-
-#include "QXSystem/QXErrorHandler.h"
+#include "database/WithinMemory.h"
 #include "fastfp/SortedScan.h"
 
 namespace QXFingrix {
 
-using QXSystem::QXThrow;
-
 namespace {
-
-// Runs a query that stores hits; reports when memory does not suffice for them.
-template <class Query>
-bool RunWithinMemory(const char* caller, Query query) {
-  try {
-    query();
-    return true;
-  } catch (const std::bad_alloc&) {
-    QXThrow.Warning("%s: not enough system memory to store results!", caller);
-    return false;
-  }
-}
 
 std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBits& query,
                                       const QXFPDatabaseOptions& options) {
@@ -35,7 +19,7 @@ std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBit
   }
   const bool descending = options.GetDescendingOrder();
   const double cutoff = options.GetCutoff();
-  CandidateFilter filter(scorer, descending, records.NumBits(), query.numSet);
+  CandidateFilter<Scorer> filter(scorer, descending, records.NumBits(), query.numSet);
   ScanCandidates(records, query, scorer, filter, 0, records.numRecords,
                  [&](unsigned idx, double score) -> std::optional<double> {
                    const bool isKept = descending ? score >= cutoff : score <= cutoff;
@@ -53,7 +37,7 @@ SimScoreIter FastFPScanImpl::GetScores(const QXFingerPrint& fp, const QXFPDataba
   RecordTable records;
   if (!GetRecords(records, caller)) return {};
   SimScoreIter scores;
-  RunWithinMemory(caller, [&] {
+  WithinMemory(caller, [&] {
     const QueryBits query{fp.GetWords(), CountBits(fp)};
     scores = QXSystem::QXMakeVectorIter(CollectScores(records, query, options));
   });
@@ -66,7 +50,7 @@ SimScoreIter FastFPScanImpl::GetSortedScores(const QXFingerPrint& fp,
   RecordTable records;
   if (!GetRecords(records, caller)) return {};
   SimScoreIter scores;
-  RunWithinMemory(caller, [&] {
+  WithinMemory(caller, [&] {
     const auto hits = QXInitFPDatabaseHitList(records.numRecords, options);
     SortedScan scan(records, {fp.GetWords(), CountBits(fp)}, options, *hits);
     scan.Scan(0, records.numRecords);
@@ -81,7 +65,7 @@ unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFin
   constexpr const char* caller = "QXFastFPDatabase::SortedSearch()";
   RecordTable records;
   if (!GetRecords(records, caller)) return QXSimSearchStatus::Uninitialized;
-  const bool isDone = RunWithinMemory(caller, [&] {
+  const bool isDone = WithinMemory(caller, [&] {
     result.Init(records.numRecords, options);
     ThreadedScan(records, {fp.GetWords(), CountBits(fp)}, options, result);
     result.Finish();

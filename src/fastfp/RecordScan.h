@@ -8,9 +8,9 @@
 #include <span>
 
 #include "QXSystem/QXBitCountKernel.h"
-#include "fastfp/CandidateFilter.h"
 #include "fastfp/FileLayout.h"
 #include "fastfp/Scorer.h"
+#include "similarity/CandidateFilter.h"
 
 // The scan over records: blocks of shared bit counts from the kernel, then one pass over the counts. What a
 // caller does with a score is a function object, inlined into that pass.
@@ -67,32 +67,29 @@ void ScanAll(const RecordTable& records, const QueryBits& query, const Scorer& s
 }
 
 /// Calls offer(index, score) for every record that can reach the bar and for some that miss it. Where a score
-/// misses the bar, offer returns the bar, otherwise nothing. A block's candidates are listed first, without a
-/// branch, and then scored: almost all records end with the first step.
+/// misses the bar, offer returns the bar, otherwise nothing. A block's candidates are listed first and
+/// then scored: almost all records end with the first step.
 template <class Offer>
 void ScanCandidates(const RecordTable& records, const QueryBits& query, const Scorer& scorer,
-                    CandidateFilter& filter, std::uint64_t begin, std::uint64_t end, Offer offer) {
+                    CandidateFilter<Scorer>& filter, std::uint64_t begin, std::uint64_t end, Offer offer) {
   const std::size_t stride = FileLayout::RecordWords(records.numWords);
-  ScanBlocks(records, query, begin, end,
-             [&](const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
-               std::array<std::uint32_t, scanBlockSize> candidates;
-               std::uint32_t numCandidates = 0;
-               const std::uint64_t* bitCount = first + FileLayout::bitCountSlot;
-               for (std::uint32_t i = 0; i < size; ++i, bitCount += stride) {
-                 candidates[numCandidates] = i;
-                 numCandidates += filter.Passes(*bitCount, shared[i]) ? 1 : 0;
-               }
-               for (std::uint32_t k = 0; k < numCandidates; ++k) {
-                 const std::uint32_t i = candidates[k];
-                 const std::uint64_t* const record = first + i * stride;
-                 const std::uint64_t recordBits = record[FileLayout::bitCountSlot];
-                 if (!filter.Passes(recordBits, shared[i])) continue;  // narrowed since
-                 const double score = scorer(recordBits, shared[i]);
-                 const std::optional<double> missedBar =
-                     offer(static_cast<unsigned>(record[FileLayout::indexSlot]), score);
-                 if (missedBar) filter.Narrow(recordBits, *missedBar);
-               }
-             });
+  ScanBlocks(
+      records, query, begin, end,
+      [&](const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
+        const auto bitsOf = [&](std::uint32_t i) { return first[i * stride + FileLayout::bitCountSlot]; };
+        std::array<std::uint32_t, scanBlockSize> candidates;
+        const std::uint32_t numCandidates = filter.ListPassing(size, bitsOf, shared, candidates.data());
+        for (std::uint32_t k = 0; k < numCandidates; ++k) {
+          const std::uint32_t i = candidates[k];
+          const std::uint64_t* const record = first + i * stride;
+          const std::uint64_t recordBits = bitsOf(i);
+          if (!filter.Passes(recordBits, shared[i])) continue;  // narrowed since
+          const double score = scorer(recordBits, shared[i]);
+          const std::optional<double> missedBar =
+              offer(static_cast<unsigned>(record[FileLayout::indexSlot]), score);
+          if (missedBar) filter.Narrow(recordBits, *missedBar);
+        }
+      });
 }
 
 }  // namespace QXFingrix

@@ -4,10 +4,10 @@
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFPHistogram.h"
-#include "fastfp/CandidateFilter.h"
 #include "fastfp/RecordScan.h"
 #include "fastfp/Scorer.h"
 #include "fastfp/SimSearchResultImpl.h"
+#include "similarity/CandidateFilter.h"
 
 namespace QXFingrix {
 
@@ -35,7 +35,7 @@ class SortedScan {
   const RecordTable records_;
   const QueryBits query_;
   const Scorer scorer_;
-  CandidateFilter filter_;
+  CandidateFilter<Scorer> filter_;
   const bool descending_;
   QXFPDatabaseHitList& hits_;
 };
