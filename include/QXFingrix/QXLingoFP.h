@@ -17,8 +17,9 @@ class QXFingerPrint;
 /// as the bytes of the bit vector. Its type is Lingo of the current version.
 /// Shape    8 (length + 1) bits; 1 clear bit for a molecule that is empty once prepared.
 /// Errors   an invalid molecule: false, the type of fp cleared, nothing reported. A molecule without a Lingo
-///          text (more than 5,000 atoms, impossible valences): the same and a Warning. A text too long for a
-///          bit vector: error "Max size for an QXBitVector is INT_MAX", bits untouched, type set, true.
+///          text (more than QXLingoMap::maxAtoms, impossible valences): the same and one Warning. A text too
+///          long for a bit vector: error "Max size for an QXBitVector is INT_MAX", bits untouched, type set,
+///          true.
 /// Threads  safe on different fingerprints.
 /// Cost     a canonical SMILES, tens of microseconds, and a copy of a molecule that is not prepared.
 QX_API bool QXMakeLingoFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
@@ -39,7 +40,7 @@ QX_API bool QXGetLingoSimTerms(const QXFingerPrint& a, const QXFingerPrint& b, u
 /// Counts the Lingos of b against a profile.
 /// Errors   false and the Warning "lingo is not initialized" for a profile that is not valid, counts
 ///          untouched.
-/// Cost     O(both lengths), no allocation.
+/// Cost     O(both lengths), no allocation; about a tenth of a microsecond for drug-like molecules.
 QX_API bool QXGetLingoSimTerms(const QXChem::QXLingoSim& profile, const QXFingerPrint& b, unsigned* onlyA,
                                unsigned* onlyB, unsigned* both);
 

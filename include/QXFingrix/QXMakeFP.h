@@ -11,7 +11,7 @@ class QXMolBase;
 namespace QXFingrix {
 
 /// Makes the fingerprint of a molecule that a descriptor asks for; the molecule is not changed. So far there
-/// are generators for Path and UHPath; MACCS166, Lingo, Circular, Tree, UHCircular and UHTree have none.
+/// are generators for Path, Lingo and UHPath; MACCS166, Circular, Tree, UHCircular and UHTree have none.
 /// Errors   false, silently and with fp untouched, for a null descriptor and for a kind that has no
 ///          generator; else what the generator answers (false for an invalid molecule). Never throws for bad
 ///          input.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "QXFingrix/QXLingoFP.h"
 #include "QXFingrix/QXPathFP.h"
 #include "QXFingrix/QXUnhashedFP.h"
 #include "QXSystem/QXErrorHandler.h"
@@ -25,6 +26,8 @@ struct GeneratorRow {
 // The kinds that have a generator.
 constexpr GeneratorRow generators[] = {
     {QXFPType::Path, QXMakePathFP},
+    {QXFPType::Lingo, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
+                         const QXFPTypeBase*) { return QXMakeLingoFP(fp, mol); }},
     {QXFPType::UHPath, QXMakeUnhashedPathFP},
 };
 

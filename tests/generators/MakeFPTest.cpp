@@ -37,6 +37,9 @@ TEST(MakeFP, ADescriptorIsSentToItsGenerator) {
   EXPECT_TRUE(QXMakeFP(again, Aspirin(), QXGetFPType(type->GetFPTypeString())));
   EXPECT_TRUE(again == fp) << "equal strings, equal types";
 
+  EXPECT_TRUE(QXMakeFP(fp, test::ReadSmiles("ClC1CC1"), QXGetLingoFPType(8192)));
+  EXPECT_EQ(QXGetFPText(fp), "LC0CC0");
+
   const QXFPTypeBase* unhashed = QXGetFPType("UHPath,ver=2.0.0,bonds=1-1,atype=Arom,btype=Order");
   EXPECT_TRUE(QXMakeFP(fp, test::ReadSmiles("C=O"), unhashed));
   EXPECT_EQ(QXGetFPText(fp), "A=A A=A");
@@ -49,8 +52,7 @@ TEST(MakeFP, WithoutADescriptorOrAGeneratorItAnswersFalseSilentlyAndTouchesNothi
   ASSERT_TRUE(QXMakePathFP(fp, Aspirin()));
   const QXFingerPrint before = fp;
   std::vector<const QXFPTypeBase*> types = {nullptr, &strange};
-  for (const unsigned code : {101, 103, 104, 105, 9001, 9002})
-    types.push_back(QXGetFPType(code, false, 0));
+  for (const unsigned code : {101, 104, 105, 9001, 9002}) types.push_back(QXGetFPType(code, false, 0));
   for (const QXFPTypeBase* type : types) {
     EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXMakeFP(fp, Aspirin(), type)); }), silence);
     EXPECT_TRUE(fp == before);
