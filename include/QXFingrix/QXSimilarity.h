@@ -29,7 +29,8 @@ QX_API bool QXGetBitCounts(const QXFingerPrint& a, const QXFingerPrint& b, unsig
 /// Unhashed fingerprints are compared by their tokens: of two with nA and nB tokens, k of them in common as
 /// multisets, it is k / (nA + nB - k), and not a number when neither has a token.
 /// Errors   its own text, "QXTanimoto() fingerprint type mismatch!", and 0.0.
-/// Cost     on unhashed fingerprints two sorts and two allocations.
+/// Cost     on unhashed fingerprints both texts are split into lists of tokens, which are sorted unless the
+///          texts already are; a database in memory keeps such lists instead.
 /// Source   Rogers, Tanimoto, Science 1960, 132, 1115.
 QX_API float QXTanimoto(const QXFingerPrint& a, const QXFingerPrint& b);
 

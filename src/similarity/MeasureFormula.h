@@ -15,26 +15,25 @@ struct SimCounts {
   unsigned neither = 0;
 };
 
-/// One of the six measures with its coefficients. This is the only place that knows their formulas: free
-/// functions, measure objects and databases take their scores from here, so they agree to the last bit.
+/// One of the six measures with its coefficients. The only place that knows their formulas in single precision:
+/// free functions, measure objects and databases in memory take their scores from here, so they agree to the
+/// last bit.
 class MeasureFormula {
  public:
   /// measure: a QXSimMeasure value; the coefficients matter to Tversky.
   constexpr explicit MeasureFormula(unsigned measure, float alpha = 0.0F, float beta = 0.0F)
       : measure_(measure), alpha_(alpha), beta_(beta) {}
 
-  constexpr unsigned GetMeasure() const { return measure_; }
-
   float operator()(const SimCounts& counts) const {
     const auto a = static_cast<float>(counts.onlyA);
     const auto b = static_cast<float>(counts.onlyB);
     const auto c = static_cast<float>(counts.both);
     const auto d = static_cast<float>(counts.neither);
-    const bool isIdentical = (counts.onlyA | counts.onlyB) == 0;
-    if (measure_ == QXSimMeasure::Manhattan) return isIdentical ? 0.0F : (a + b) / (a + b + c + d);
-    if (isIdentical) return 1.0F;
+    const bool isDistance = measure_ == QXSimMeasure::Manhattan;
+    if ((counts.onlyA | counts.onlyB) == 0) return isDistance ? 0.0F : 1.0F;
+    if (isDistance) return (a + b) / (a + b + c + d);
     if (measure_ == QXSimMeasure::Euclid) return std::sqrt((c + d) / (a + b + c + d));
-    if (counts.both == 0) return 0.0F;
+    if (counts.both == 0) return 0.0F;  // where the formulas below may be 0 / 0
     switch (measure_) {
       case QXSimMeasure::Cosine:
         return c / std::sqrt((a + c) * (b + c));

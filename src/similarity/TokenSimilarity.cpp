@@ -3,23 +3,30 @@
 #include <algorithm>
 
 namespace QXFingrix {
+namespace {
+
+bool IsSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+}  // namespace
 
 std::vector<std::string_view> SplitTokens(std::string_view text) {
-  constexpr std::string_view whiteSpace = " \t\n\v\f\r";
   std::vector<std::string_view> tokens;
-  for (std::size_t end = 0;;) {
-    const std::size_t begin = text.find_first_not_of(whiteSpace, end);
-    if (begin == std::string_view::npos) return tokens;
-    end = std::min(text.find_first_of(whiteSpace, begin), text.size());
-    tokens.push_back(text.substr(begin, end - begin));
+  for (auto end = text.begin();;) {
+    const auto begin = std::find_if_not(end, text.end(), IsSpace);
+    if (begin == text.end()) return tokens;
+    end = std::find_if(begin, text.end(), IsSpace);
+    tokens.emplace_back(begin, end);
   }
 }
 
 float TokenTanimoto(std::string_view textA, std::string_view textB) {
   std::vector<std::string_view> a = SplitTokens(textA);
   std::vector<std::string_view> b = SplitTokens(textB);
-  std::ranges::sort(a);
-  std::ranges::sort(b);
+  for (auto* tokens : {&a, &b}) {
+    if (!std::ranges::is_sorted(*tokens)) std::ranges::sort(*tokens);  // the generators write them sorted
+  }
   return TokenTanimoto(CountCommon(a, b), a.size(), b.size());
 }
 
