@@ -124,7 +124,7 @@ TEST(SimFunc, TextsWithoutAProfileScoreZeroWithAWarning) {
     EXPECT_EQ(QXTest::ReportsOf([&] { EXPECT_EQ(family.function(bad, good), 0.0F); }),
               QXTest::Reports{"Warning: Cannot initialize lingo similarity"});
     EXPECT_EQ(
-        QXTest::ReportsOf([&] { EXPECT_EQ((*family.lingo)(QXChem::QXLingoSim("CCCCO", 0), good), 0.0F); }),
+        QXTest::ReportsOf([&] { EXPECT_EQ((*family.lingo)(QXChem::QXLingoSim(), good), 0.0F); }),
         QXTest::Reports{"Warning: lingo is not initialized"});
   }
 }
