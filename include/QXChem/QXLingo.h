@@ -29,7 +29,7 @@ class QX_API QXLingoMap {
   /// Shape    text: replaced; empty for an empty molecule.
   /// Errors   false and an empty text for an invalid molecule, for one that the valence model does not allow,
   ///          and above maxAtoms; nothing is reported.
-  /// Cost     that of a canonical SMILES, tens of microseconds.
+  /// Cost     that of a canonical SMILES, about 0.1 milliseconds for a drug-like molecule.
   bool CreateString(std::string& text, const QXMolBase& mol) const;
 };
 

@@ -21,7 +21,7 @@ class QXFingerPrint;
 ///          long for a bit vector: error "Max size for an QXBitVector is INT_MAX", bits untouched, type set,
 ///          true.
 /// Threads  safe on different fingerprints.
-/// Cost     a canonical SMILES, tens of microseconds, and a copy of a molecule that is not prepared.
+/// Cost     a canonical SMILES, about 0.1 milliseconds, and a copy of a molecule that is not prepared.
 QX_API bool QXMakeLingoFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
 
 /// The part of a stored Lingo fingerprint that tells its parameters: it has none, so nothing is read from and

@@ -78,7 +78,7 @@ template <bool isPerfect>
 std::size_t QXLingoSim::Impl::Take(std::string_view text, std::uint32_t* remaining) const {
   const LingoTable::View view = table_.GetView();
   const char* const end = text.data() + text.size() - lingoLength + 1;
-  std::size_t shared = 0;
+  std::uint32_t shared = 0;
   for (const char* place = text.data(); place < end; ++place) {
     const std::uint32_t lingo = LoadLingo(place);
     const auto [found, slot] = view.Find<isPerfect>(lingo);
