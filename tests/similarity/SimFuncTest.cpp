@@ -123,9 +123,8 @@ TEST(SimFunc, TextsWithoutAProfileScoreZeroWithAWarning) {
   for (const Family& family : Families()) {
     EXPECT_EQ(QXTest::ReportsOf([&] { EXPECT_EQ(family.function(bad, good), 0.0F); }),
               QXTest::Reports{"Warning: Cannot initialize lingo similarity"});
-    EXPECT_EQ(
-        QXTest::ReportsOf([&] { EXPECT_EQ((*family.lingo)(QXChem::QXLingoSim(), good), 0.0F); }),
-        QXTest::Reports{"Warning: lingo is not initialized"});
+    EXPECT_EQ(QXTest::ReportsOf([&] { EXPECT_EQ((*family.lingo)(QXChem::QXLingoSim(), good), 0.0F); }),
+              QXTest::Reports{"Warning: lingo is not initialized"});
   }
 }
 
