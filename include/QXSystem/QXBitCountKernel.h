@@ -29,6 +29,10 @@ struct QXBitCountKernel {
   ///          too.
   void (*countAnd)(const std::uint64_t* query, std::size_t numWords, const std::uint64_t* records,
                    std::size_t stride, std::size_t numRecords, std::uint32_t* both);
+
+  /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
+  void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,
+                    std::uint64_t* ofB, std::uint64_t* both);
 };
 
 /// All kernels that were built, best first, whether this processor supports them or not.

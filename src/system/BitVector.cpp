@@ -184,14 +184,14 @@ bool QXGetBitCounts(const QXBitVector& a, const QXBitVector& b, unsigned* onlyA,
     QXThrow.Error("QXGetBitCounts() bit vectors of %u and %u bits do not compare", a.GetSize(), b.GetSize());
     return false;
   }
-  const QXBitCountKernel& kernel = QXGetBitCountKernel();
-  const std::span<const std::uint64_t> wordsA = a.GetWords();
-  const std::span<const std::uint64_t> wordsB = b.GetWords();
-  std::uint32_t shared = 0;
-  kernel.countAnd(wordsA.data(), wordsA.size(), wordsB.data(), wordsB.size(), 1, &shared);
-  *onlyA = static_cast<unsigned>(kernel.count(wordsA.data(), wordsA.size())) - shared;
-  *onlyB = static_cast<unsigned>(kernel.count(wordsB.data(), wordsB.size())) - shared;
-  *both = shared;
+  std::uint64_t ofA = 0;
+  std::uint64_t ofB = 0;
+  std::uint64_t shared = 0;
+  QXGetBitCountKernel().countPair(a.GetWords().data(), b.GetWords().data(), a.GetWords().size(), &ofA, &ofB,
+                                  &shared);
+  *onlyA = static_cast<unsigned>(ofA - shared);
+  *onlyB = static_cast<unsigned>(ofB - shared);
+  *both = static_cast<unsigned>(shared);
   return true;
 }
 

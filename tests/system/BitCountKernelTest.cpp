@@ -73,6 +73,19 @@ TEST_P(BitCountKernelTest, CountAndMatchesANaiveCountAtEverySizeAndStride) {
   }
 }
 
+TEST_P(BitCountKernelTest, CountPairMatchesANaiveCountAtEverySize) {
+  std::mt19937_64 random(3);
+  for (std::size_t numWords = 0; numWords <= maxWords; ++numWords) {
+    const std::vector<std::uint64_t> a = RandomWords(numWords, random);
+    const std::vector<std::uint64_t> b = RandomWords(numWords, random);
+    std::uint64_t ofA = 77, ofB = 77, both = 77;
+    GetParam().countPair(a.data(), b.data(), numWords, &ofA, &ofB, &both);
+    EXPECT_EQ(ofA, NaiveCountAnd(a.data(), a.data(), numWords)) << numWords;
+    EXPECT_EQ(ofB, NaiveCountAnd(b.data(), b.data(), numWords)) << numWords;
+    EXPECT_EQ(both, NaiveCountAnd(a.data(), b.data(), numWords)) << numWords;
+  }
+}
+
 TEST_P(BitCountKernelTest, FullVectorsDoNotOverflowALane) {
   const std::vector<std::uint64_t> ones(100003, ~std::uint64_t{0});
   EXPECT_EQ(GetParam().count(ones.data(), ones.size()), 64 * ones.size());

@@ -69,7 +69,7 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetAvx2Kernel() {
-  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd};
+  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -47,7 +47,7 @@ QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
-  return {"avx512", isSupported, Count, CountAnd};
+  return {"avx512", isSupported, Count, CountAnd, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

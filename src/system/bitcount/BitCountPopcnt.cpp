@@ -44,7 +44,7 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetPopcntKernel() {
-  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd};
+  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

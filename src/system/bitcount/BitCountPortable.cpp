@@ -68,7 +68,7 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetPortableKernel() {
-  return {"portable", [] { return true; }, Count, CountAnd};
+  return {"portable", [] { return true; }, Count, CountAnd, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -48,3 +48,25 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
     both[i] = static_cast<std::uint32_t>(CountShared<true>(query, records, numWords));
   }
 }
+
+QX_KERNEL_TARGET void CountPair(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords,
+                                std::uint64_t* ofA, std::uint64_t* ofB, std::uint64_t* both) {
+  Lanes::Sum sumA{};
+  Lanes::Sum sumB{};
+  Lanes::Sum shared{};
+  const std::size_t numBlockWords = numWords - numWords % Lanes::blockWords;
+  std::size_t i = 0;
+  for (; i < numBlockWords; i += Lanes::blockWords) {
+    sumA = Lanes::AddBlock(sumA, a + i, a + i);
+    sumB = Lanes::AddBlock(sumB, b + i, b + i);
+    shared = Lanes::AddBlock(shared, a + i, b + i);
+  }
+  if (i < numWords) {
+    sumA = Lanes::AddTail(sumA, a + i, a + i, numWords - i);
+    sumB = Lanes::AddTail(sumB, b + i, b + i, numWords - i);
+    shared = Lanes::AddTail(shared, a + i, b + i, numWords - i);
+  }
+  *ofA = Lanes::Total(sumA);
+  *ofB = Lanes::Total(sumB);
+  *both = Lanes::Total(shared);
+}
