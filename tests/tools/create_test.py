@@ -77,6 +77,7 @@ class CreateTest(QxfpCase):
             (["a.smi", "out.fpbin", "-rejects", "./out.fpbin"], BAD_USAGE, b"cannot be the file for rejects"),
             (["a.smi", "out.fpbin", "-rejects", "gone/bad.tsv"], CANNOT_RUN, b"cannot write 'gone/bad.tsv'"),
             (["a.smi", "out.fpbin", "-numbits", "1000"], CANNOT_RUN, b"multiple of 256"),
+            (["a.smi", "out.fpbin", "-type", "Lingo"], BAD_USAGE, b"cannot hold Lingo and unhashed"),
             ([long_name, "out.fpbin"], CANNOT_RUN, b"bytes too long"),
         ]
         for arguments, status, part in cases:

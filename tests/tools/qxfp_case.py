@@ -1,11 +1,13 @@
 """What the tests of the command-line tool share: running it, and molecules to run it on."""
 
+import math
 import os
 import pty
 import struct
 import subprocess
 import tempfile
 import unittest
+from collections import Counter
 
 QXFP = os.environ["QXFP"]
 DATA = os.environ["QX_DATA_DIR"]
@@ -97,6 +99,37 @@ def read_fpbin(content):
         index, count, *words = struct.unpack_from(f"<{num_words + 2}Q", content, 800 + i * (num_words + 2) * 8)
         records.append((index, count, words))
     return lines, num_words, records
+
+
+def scores(only_a, only_b, both, neither, alpha=0.95, beta=0.05):
+    """The six measures of the counts, in the order of the tool."""
+    total = only_a + only_b + both + neither
+    if only_a + only_b == 0:
+        values = [1, 1, 1, 1, 1, 0]
+    else:
+        values = [both / (only_a + only_b + both), both / math.sqrt((only_a + both) * (only_b + both)) if both else 0,
+                  2 * both / (2 * both + only_a + only_b), math.sqrt((both + neither) / total),
+                  both / (alpha * only_a + beta * only_b + both) if both else 0, (only_a + only_b) / total]
+    return dict(zip(("Tanimoto", "Cosine", "Dice", "Euclid", "Tversky", "Manhattan"), values))
+
+
+def count_bits(a, b, size):
+    """Only in a, only in b, in both, in neither of two sets of bits."""
+    return len(a - b), len(b - a), len(a & b), size - len(a | b)
+
+
+def count_lingos(a, b):
+    """The same of the Lingos of two texts; texts too short to have any are equal or have nothing in common."""
+    if min(len(a), len(b)) < 4:
+        return (0, 0, len(a), 0) if a == b else (len(a), len(b), 0, 0)
+    a, b = (Counter(text[i:i + 4] for i in range(len(text) - 3)) for text in (a, b))
+    return (a - b).total(), (b - a).total(), (a & b).total(), 0
+
+
+def token_tanimoto(a, b):
+    """Of two texts of tokens; nan when neither has any."""
+    a, b = Counter(a.split()), Counter(b.split())
+    return (a & b).total() / (a | b).total() if a or b else math.nan
 
 
 def tanimoto(a, b):

@@ -7,10 +7,12 @@ namespace qxfp {
 extern const Command createCommand;
 extern const Command infoCommand;
 extern const Command searchCommand;
+extern const Command compareCommand;
 extern const Command fpCommand;
 
 namespace {
-constexpr const Command* kCommands[] = {&createCommand, &infoCommand, &searchCommand, &fpCommand};
+constexpr const Command* kCommands[] = {&createCommand, &infoCommand, &searchCommand, &compareCommand,
+                                        &fpCommand};
 }
 
 std::span<const Command* const> GetCommands() {

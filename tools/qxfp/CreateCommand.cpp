@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "FingerprintKinds.h"
 #include "FingerprintOptions.h"
 #include "MoleculeFile.h"
 #include "PendingFile.h"
@@ -69,8 +70,8 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return !error && canonicalA == fs::weakly_canonical(fs::absolute(b, error), error);
 }
 
-// What can be told from the names alone.
-bool CheckNames(const Request& request, std::string& reason) {
+// What can be told from the names and the type alone.
+bool CheckUsage(const Request& request, std::string& reason) {
   if (QXSystem::QXFileExtension(request.target) != "fpbin") {
     reason = "'" + request.target + "': the name of the new file has to end in .fpbin";
   } else if (IsSameFile(request.molecules, request.target)) {
@@ -78,6 +79,10 @@ bool CheckNames(const Request& request, std::string& reason) {
   } else if (!request.rejects.empty() && (IsSameFile(request.rejects, request.molecules) ||
                                           IsSameFile(request.rejects, request.target))) {
     reason = "'" + request.rejects + "' cannot be the file for rejects too";
+  } else if (IsTextType(request.fptype)) {
+    reason =
+        "a .fpbin file cannot hold Lingo and unhashed fingerprints: `qxfp search MOLS QUERY` makes and "
+        "searches them";
   } else if (request.molecules.find('\n') != std::string::npos) {
     reason = "a molecule file whose name holds a line feed cannot be named in a .fpbin file";
   } else {
@@ -207,7 +212,7 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   if (itf.IsSet("-rejects")) request.rejects = itf.Get<std::string>("-rejects");
   std::string reason;
   request.fptype = SetupFingerprintType(itf, reason);
-  if (!request.fptype || !CheckNames(request, reason)) {
+  if (!request.fptype || !CheckUsage(request, reason)) {
     QXThrow.Error("%s", reason.c_str());
     return BadUsage;
   }

@@ -1,6 +1,7 @@
 #include "FingerprintOptions.h"
 
-#include <initializer_list>
+#include <algorithm>
+#include <iterator>
 
 #include "QXChem/QXGraphMol.h"
 #include "QXChem/QXReadMolecule.h"
@@ -60,9 +61,13 @@ std::string JoinMessages(const QXSystem::QXErrorCollector& collector) {
   return texts;
 }
 
+const char* FindPartialOption(const QXInterface& itf) {
+  const auto found = std::ranges::find_if(kPartialOptions, [&](const char* name) { return itf.IsSet(name); });
+  return found == std::end(kPartialOptions) ? nullptr : *found;
+}
+
 const QXFPTypeBase* TypeFromText(const QXInterface& itf, std::string& reason) {
-  for (const char* name : kPartialOptions) {
-    if (!itf.IsSet(name)) continue;
+  if (const char* name = FindPartialOption(itf)) {
     reason = std::string("-type names the whole fingerprint type and excludes ") + name;
     return nullptr;
   }
@@ -162,6 +167,10 @@ bool ConfigureFingerprintOptions(QXInterface& itf) {
           .SetDetail("\n\tA type string, or one of Path, Circular, Tree, MACCS166, Lingo, UHPath, "
                      "UHCircular, UHTree for the default type of that kind"));
   return itf.AddInterface(options);
+}
+
+const char* FindFingerprintOption(const QXInterface& itf) {
+  return itf.IsSet("-type") ? "-type" : FindPartialOption(itf);
 }
 
 const QXFPTypeBase* SetupFingerprintType(const QXInterface& itf, std::string& reason) {

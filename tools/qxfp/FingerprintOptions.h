@@ -12,6 +12,9 @@ namespace qxfp {
 /// Errors   a Warning and false when the sub-interface cannot be added.
 bool ConfigureFingerprintOptions(QXSystem::QXInterface& itf);
 
+/// The first of these options that is given, null when none is.
+const char* FindFingerprintOption(const QXSystem::QXInterface& itf);
+
 /// The fingerprint type that the options choose. What is not given is as in the default type of the kind; a
 /// "-type" is a full type string, or a bare type word ("MACCS166") for the default type of that kind.
 /// Errors   null and a reason in words: "-type" together with another option, a malformed type string, an

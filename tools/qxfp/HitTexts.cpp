@@ -4,8 +4,6 @@
 #include <vector>
 
 #include "MoleculeFile.h"
-#include "QXChem/QXGraphMol.h"
-#include "QXChem/QXReadMolecule.h"
 #include "QXFingrix/QXFastFPDatabaseParams.h"
 #include "QXSystem/QXErrorHandler.h"
 
@@ -64,11 +62,7 @@ std::string HitTexts::GetTitle(std::uint64_t idx) const {
 }
 
 std::string HitTexts::GetSmiles(std::uint64_t idx) const {
-  if (!molecules_.IsOpen()) return "";
-  if (IsSmilesFile(molecules_.GetFileName())) return molecules_.GetText(idx);
-  QXChem::QXGraphMol mol;
-  std::string unused;
-  return molecules_.ReadMolecule(mol, idx, unused) ? QXChem::QXCreateSmiles(mol) : "";
+  return molecules_.IsOpen() ? GetRecordSmiles(molecules_, idx) : "";
 }
 
 }  // namespace qxfp

@@ -21,7 +21,6 @@ class HitTexts {
   void Find(const std::string& fpbinFile, const QXFingrix::QXFastFPDatabase& fingerprints);
 
   std::string GetTitle(std::uint64_t idx) const;
-  /// As written in a SMILES file, canonical for molecules of other files; empty for an unreadable record.
   std::string GetSmiles(std::uint64_t idx) const;
 
  private:

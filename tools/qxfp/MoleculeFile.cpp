@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "QXChem/QXReadMolecule.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXString.h"
 
@@ -27,6 +28,12 @@ std::string LowerCaseExtension(const std::string& path) {
 std::string FormatExtension(const std::string& path) {
   const std::string extension = LowerCaseExtension(path);
   return extension == "gz" ? LowerCaseExtension(path.substr(0, path.size() - 3)) : extension;
+}
+
+bool HasAtoms(const QXChem::QXGraphMol& mol, std::string& reason) {
+  if (mol.NumAtoms() > 0) return true;
+  reason = "it has no atoms";
+  return false;
 }
 
 }  // namespace
@@ -60,11 +67,27 @@ std::string GetRecordName(const QXChem::QXMolDatabase& molecules, std::uint64_t 
   return title.empty() ? std::to_string(idx) : title;
 }
 
+std::string GetRecordSmiles(const QXChem::QXMolDatabase& molecules, std::uint64_t idx) {
+  if (IsSmilesFile(molecules.GetFileName())) return molecules.GetText(idx);
+  QXChem::QXGraphMol mol;
+  std::string unused;
+  return molecules.ReadMolecule(mol, idx, unused) ? QXChem::QXCreateSmiles(mol) : "";
+}
+
 std::string DescribeRecord(const QXChem::QXMolDatabase& molecules, std::uint64_t idx) {
   std::string title = molecules.GetTitle(idx);
   if (title.size() > kMaxShownTitle) title = title.substr(0, kMaxShownTitle) + "...";
   return molecules.GetFileName() + ", line " + std::to_string(molecules.GetLine(idx)) +
          (title.empty() ? "" : " '" + title + "'");
+}
+
+bool ReadSmiles(QXChem::QXGraphMol& mol, const std::string& smiles, std::string& reason) {
+  return QXChem::QXReadSmiles(mol, smiles, reason) && HasAtoms(mol, reason);
+}
+
+bool ReadRecord(QXChem::QXGraphMol& mol, const QXChem::QXMolDatabase& molecules, std::uint64_t idx,
+                std::string& reason) {
+  return molecules.ReadMolecule(mol, idx, reason) && HasAtoms(mol, reason);
 }
 
 }  // namespace qxfp

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Numbers.h"
 #include "StandardOutput.h"
 #include "Text.h"
 
@@ -60,7 +61,7 @@ class JsonWriter final : public RowWriter {
  private:
   static std::string Value(const Column& column, const std::string& cell) {
     if (!column.isNumber) return ToJson(cell);
-    return cell.empty() ? "null" : cell;
+    return cell.empty() || cell == kNotANumber ? "null" : cell;
   }
 
   std::vector<Column> columns_;

@@ -19,7 +19,7 @@ enum class RowForm {
 
 struct Column {
   std::string name;
-  bool isNumber = false;  ///< right-aligned in a table, without quotes in JSON (null when empty)
+  bool isNumber = false;  ///< right-aligned in a table, without quotes in JSON (null when empty or "nan")
 };
 
 /// Writes rows of text to standard output, a line with the column names first.

@@ -1,7 +1,7 @@
 #include "SearchQuery.h"
 
 #include "MoleculeFile.h"
-#include "QXChem/QXReadMolecule.h"
+#include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXString.h"
 
 namespace qxfp {
@@ -14,7 +14,18 @@ bool SearchQueries::Open(const std::string& text) {
     return true;
   }
   // No SMILES ends like the name of a molecule file, so a missing file is reported as one.
-  return !HasMoleculeExtension(text) || OpenMolecules(molecules_, text);
+  if (HasMoleculeExtension(text)) return OpenFile(text);
+  std::string reason;
+  if (ReadSmiles(smiles_, text, reason)) return true;
+  QXSystem::QXThrow.Error("query '%s': %s", text.c_str(), reason.c_str());
+  return false;
+}
+
+bool SearchQueries::OpenFile(const std::string& path) {
+  if (!OpenMolecules(molecules_, path)) return false;
+  if (molecules_.GetMaxMolIdx() > 0) return true;
+  QXSystem::QXThrow.Error("'%s' holds no molecules", path.c_str());
+  return false;
 }
 
 std::string SearchQueries::GetName(std::uint64_t i) const {
@@ -22,12 +33,9 @@ std::string SearchQueries::GetName(std::uint64_t i) const {
 }
 
 bool SearchQueries::Read(QXChem::QXGraphMol& mol, std::uint64_t i, std::string& reason) const {
-  const bool isRead = molecules_.IsOpen() ? molecules_.ReadMolecule(mol, i, reason)
-                                          : QXChem::QXReadSmiles(mol, text_, reason);
-  if (!isRead) return false;
-  if (mol.NumAtoms() > 0) return true;
-  reason = "it has no atoms";
-  return false;
+  if (molecules_.IsOpen()) return ReadRecord(mol, molecules_, i, reason);
+  mol = smiles_;
+  return true;
 }
 
 }  // namespace qxfp

@@ -13,7 +13,8 @@ namespace qxfp {
 /// SMILES.
 class SearchQueries {
  public:
-  /// Errors   reports and returns false when a file cannot be opened.
+  /// Errors   reports and returns false when a file cannot be opened or holds nothing, and when a SMILES
+  ///          cannot be read or has no atoms.
   bool Open(const std::string& text);
 
   std::uint64_t Size() const { return molecules_.IsOpen() ? molecules_.GetMaxMolIdx() : 1; }
@@ -24,12 +25,15 @@ class SearchQueries {
   /// The number of the stored fingerprint, when the query is one.
   std::optional<std::uint64_t> GetStoredIndex() const { return storedIndex_; }
 
-  /// Otherwise the i-th molecule. Errors: false and a reason in words; no report.
+  /// Otherwise the i-th molecule, with atoms. Errors: false and a reason in words; no report.
   bool Read(QXChem::QXGraphMol& mol, std::uint64_t i, std::string& reason) const;
 
  private:
+  bool OpenFile(const std::string& path);
+
   std::string text_;
   std::optional<std::uint64_t> storedIndex_;
+  QXChem::QXGraphMol smiles_;
   QXChem::QXMolDatabase molecules_;
 };
 
