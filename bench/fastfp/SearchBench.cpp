@@ -11,6 +11,7 @@
 #include <random>
 #include <thread>
 
+#include "../StreamingRead.h"
 #include "fastfp/FastFPMemoryMapDatabaseImpl.h"
 #include "fastfp/FpbinFile.h"
 
@@ -77,21 +78,6 @@ const SearchFile& GetFile(std::size_t numWords, std::size_t numRecords) {
   return *file;
 }
 
-// Wide loads, prefetched: the fastest read of one thread that we know how to write.
-[[gnu::target("avx2")]] std::uint64_t SumWords(const std::uint64_t* words, std::size_t numWords) {
-  using Vector [[gnu::vector_size(32), gnu::aligned(8), gnu::may_alias]] = std::uint64_t;
-  Vector even{};
-  Vector odd{};
-#pragma GCC unroll 4
-  for (std::size_t i = 0; i + 8 <= numWords; i += 8) {
-    __builtin_prefetch(words + i + 768);
-    even += *reinterpret_cast<const Vector*>(words + i);
-    odd += *reinterpret_cast<const Vector*>(words + i + 4);
-  }
-  even += odd;
-  return even[0] + even[1] + even[2] + even[3];
-}
-
 double ReadSeconds(const SearchFile& file, unsigned numThreads) {
   const std::size_t numWords = file.NumBytes() / 8 / numThreads;
   double best = 1e9;
@@ -100,9 +86,9 @@ double ReadSeconds(const SearchFile& file, unsigned numThreads) {
     std::vector<std::jthread> threads;
     for (unsigned i = 1; i < numThreads; ++i) {
       threads.emplace_back(
-          [&, i] { benchmark::DoNotOptimize(SumWords(file.Words() + i * numWords, numWords)); });
+          [&, i] { benchmark::DoNotOptimize(Bench::SumWords(file.Words() + i * numWords, numWords)); });
     }
-    benchmark::DoNotOptimize(SumWords(file.Words(), numWords));
+    benchmark::DoNotOptimize(Bench::SumWords(file.Words(), numWords));
     threads.clear();
     best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
   }

@@ -24,7 +24,7 @@ class QXFPDatabaseImplBase;
 /// The measure is Tanimoto, the order descending and no cutoff is set until told otherwise.
 /// Threads  queries may run at once while nobody adds entries or changes settings.
 /// Cost     memory is that of the fingerprints' words and about 20 bytes for each; unhashed fingerprints also
-///          keep 8 bytes for each token.
+///          keep 4 bytes for each token, and every token once.
 class QX_API QXFPDatabase {
  public:
   /// Of a kind's default type; see namespace QXFPType.
@@ -63,7 +63,8 @@ class QX_API QXFPDatabase {
   ///          "QXFPDatabase::SetSimFunc() unknown similarity measure" and installs Tanimoto.
   void SetSimFunc(unsigned measure, bool descending = true);
   /// Installs a copy of a measure and sets the order.
-  /// Errors   refused with a Warning by a Lingo or unhashed database: the measure stays, and the order.
+  /// Errors   refused with a Warning by a Lingo or unhashed database, and when the measure's CreateCopy()
+  ///          gives none: the measure stays, and the order.
   /// Cost     measures of one's own are called once for each entry; the six of QXSimFunc.h run as fast as by
   ///          number.
   void SetSimFunc(const QXSimFuncBase& func, bool descending = true);
@@ -82,7 +83,8 @@ class QX_API QXFPDatabase {
   // Errors   an empty iterator and the Warning "QXFPDatabase::GetScores() fingerprint type mismatch!"
   //          (respectively GetSortedScores()) when the query's type is another one; a Warning and an empty
   //          iterator when the fingerprint of a molecule cannot be made, when a Lingo query holds no Lingo
-  //          text ("... cannot initialize lingo similarity!"), or when there is no memory for the scores.
+  //          text ("... cannot initialize lingo similarity!"), or when there is no memory for the scores. An
+  //          entry of another size than the query is reported and scored as the measure's function does it.
   //          Nothing is reported for a database that is not valid: its constructor has done so.
 
   /// The scores of the entries in index order. With a cutoff, those that reach it: in descending order

@@ -1,0 +1,79 @@
+#include "database/FPDatabaseImplStd.h"
+
+#include <optional>
+#include <utility>
+
+#include "QXSystem/QXErrorHandler.h"
+#include "database/BitEntryScorer.h"
+
+namespace QXFingrix {
+
+namespace {
+
+template <unsigned Measure>
+bool Is(const QXSimFuncBase& func) {
+  return dynamic_cast<const QXMeasureSim<Measure>*>(&func) != nullptr;
+}
+
+struct MeasureRow {
+  unsigned measure;
+  bool (*is)(const QXSimFuncBase& func);
+};
+
+constexpr MeasureRow plainMeasures[] = {
+    {QXSimMeasure::Tanimoto, Is<QXSimMeasure::Tanimoto>},   {QXSimMeasure::Cosine, Is<QXSimMeasure::Cosine>},
+    {QXSimMeasure::Dice, Is<QXSimMeasure::Dice>},           {QXSimMeasure::Euclid, Is<QXSimMeasure::Euclid>},
+    {QXSimMeasure::Manhattan, Is<QXSimMeasure::Manhattan>},
+};
+
+// One of the library's own measures by number; nothing for another one.
+std::optional<Measure> FindMeasure(const QXSimFuncBase& func) {
+  for (const MeasureRow& row : plainMeasures) {
+    if (row.is(func)) return Measure{row.measure};
+  }
+  if (const auto* tversky = dynamic_cast<const QXTverskySim*>(&func)) {
+    return Measure{QXSimMeasure::Tversky, tversky->GetAlpha(), tversky->GetBeta()};
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void QXFPDatabaseImplStd::SetSimFunc(unsigned measure, bool descending) {
+  SetDescendingOrder(descending);
+  measure_ = ChooseMeasure(measure);
+  userFunc_.reset();
+}
+
+void QXFPDatabaseImplStd::SetSimFunc(const QXSimFuncBase& func, bool descending) {
+  if (const std::optional<Measure> measure = FindMeasure(func)) {
+    measure_ = *measure;
+    userFunc_.reset();
+  } else {
+    std::unique_ptr<const QXSimFuncBase> copy(func.CreateCopy());
+    if (!copy) {
+      QXSystem::QXThrow.Warning("QXFPDatabase::SetSimFunc() the similarity measure gives no copy of itself");
+      return;
+    }
+    userFunc_ = std::move(copy);
+  }
+  SetDescendingOrder(descending);
+}
+
+void QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
+  bitCounts_.resize(Store().Size());  // drops what an entry that was not stored has left
+  bitCounts_.push_back(fp.CountBits());
+}
+
+std::unique_ptr<EntryScorer> QXFPDatabaseImplStd::MakeScorer(const Query& query) const {
+  if (!query.options && userFunc_) {
+    return MakeEntryScorer([this, &query = query.fp, entry = QXFingerPrint()](unsigned i) mutable {
+      Store().Load(i, entry);
+      return (*userFunc_)(query, entry);
+    });
+  }
+  const Measure measure = query.options ? ChooseMeasure(*query.options) : measure_;
+  return std::make_unique<BitEntryScorer>(Store(), bitCounts_, query.fp, measure, query.descending);
+}
+
+}  // namespace QXFingrix

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "database/FPDatabaseImplBase.h"
+
+namespace QXFingrix {
+
+/// The database of the hashed kinds, whose fingerprints are compared bit by bit.
+class QXFPDatabaseImplStd final : public QXFPDatabaseImplBase {
+ public:
+  using QXFPDatabaseImplBase::QXFPDatabaseImplBase;
+
+  void SetSimFunc(unsigned measure, bool descending) override;
+  void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
+
+ private:
+  void PrepareEntry(const QXFingerPrint& fp) override;
+  std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
+
+  std::vector<unsigned> bitCounts_;  // of each entry
+  Measure measure_;
+  std::unique_ptr<const QXSimFuncBase> userFunc_;  // counts instead of the measure when there is one
+};
+
+}  // namespace QXFingrix

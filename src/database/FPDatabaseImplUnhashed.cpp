@@ -1,0 +1,43 @@
+// An entry shares with the query as many tokens as its numbers are marked in a bit set of the query's: one
+// lookup for each token and no branch, several times as fast as a merge of two sorted lists.
+
+#include "database/FPDatabaseImplUnhashed.h"
+
+#include <cstring>
+
+#include "QXSystem/QXErrorHandler.h"
+#include "similarity/TokenSimilarity.h"
+
+namespace QXFingrix {
+
+void QXFPDatabaseImplUnhashed::SetSimFunc(unsigned measure, bool descending) {
+  SetDescendingOrder(descending);
+  if (measure != QXSimMeasure::Tanimoto) WarnUnknownMeasure();
+}
+
+void QXFPDatabaseImplUnhashed::SetSimFunc(const QXSimFuncBase&, bool) {
+  QXSystem::QXThrow.Warning(
+      "QXFPDatabase::SetSimFunc() user defined similarity measure not allowed with unhashed database");
+}
+
+void QXFPDatabaseImplUnhashed::PrepareEntry(const QXFingerPrint& fp) {
+  const std::vector<std::uint32_t> numbers = tokens_.Insert(QXGetFPText(fp));
+  tokenNumbers_.resize(Store().Size());  // drops what an entry that was not stored has left
+  auto* const kept = reinterpret_cast<std::uint32_t*>(Store().TakeWords((numbers.size() + 1) / 2));
+  if (!numbers.empty()) std::memcpy(kept, numbers.data(), numbers.size() * sizeof(std::uint32_t));
+  tokenNumbers_.emplace_back(kept, numbers.size());
+}
+
+std::unique_ptr<EntryScorer> QXFPDatabaseImplUnhashed::MakeScorer(const Query& query) const {
+  if (query.options && query.options->GetSimFunc() != QXSimMeasure::Tanimoto) WarnUnknownMeasure();
+  std::vector<bool> marks;
+  const std::size_t numTokens = tokens_.Mark(QXGetFPText(query.fp), marks);
+  return MakeEntryScorer([this, numTokens, marks = std::move(marks)](unsigned i) {
+    const TokenNumbers numbers = tokenNumbers_[i];
+    std::size_t shared = 0;
+    for (const std::uint32_t number : numbers) shared += marks[number] ? 1 : 0;
+    return TokenTanimoto(shared, numTokens, numbers.size());
+  });
+}
+
+}  // namespace QXFingrix
