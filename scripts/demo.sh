@@ -32,6 +32,14 @@ while read -r smiles name; do
   run search "$database" "$smiles" -limit 5
 done <data/drugs.smi
 
+echo
+echo "3. Two kinase inhibitors by every measure"
+run compare 'COc1cc2ncnc(Nc3ccc(F)c(Cl)c3)c2cc1OCCCN1CCOCC1' 'C#Cc1cccc(Nc2ncnc3cc(OCCOC)c(OCCOC)cc23)c1'
+
+echo
+echo "4. Straight over the molecule file, by the Lingos of the SMILES"
+run search "$molecules" 'COc1cc2ncnc(Nc3ccc(F)c(Cl)c3)c2cc1OCCCN1CCOCC1' -type Lingo -limit 5
+
 cat <<'END'
 
 Next:

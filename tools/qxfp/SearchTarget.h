@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "ExitStatus.h"
+#include "QXChem/QXMolBase.h"
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXSimScore.h"
+#include "QXSystem/QXInterface.h"
+#include "QXSystem/QXIter.h"
+
+namespace qxfp {
+
+using Hits = QXSystem::QXIter<QXFingrix::QXSimScore>;
+
+/// The fingerprints that are searched, and the texts of their molecules. Hits are numbered by the records of
+/// the file.
+class SearchTarget {
+ public:
+  virtual ~SearchTarget() = default;
+
+  /// The best hits of a molecule, or of a record. Errors: false and a reason in words; no report.
+  virtual bool FindHits(const QXChem::QXMolBase& query, Hits& hits, std::string& reason) const = 0;
+  virtual bool FindHitsOfStored(std::uint64_t index, Hits& hits, std::string& reason) const = 0;
+
+  virtual std::string GetTitle(std::uint64_t index) const = 0;
+  virtual std::string GetSmiles(std::uint64_t index) const = 0;
+
+  /// Whether every record can be found.
+  virtual bool IsComplete() const = 0;
+};
+
+/// @name The two kinds of targets
+/// "-in" is the file; each adds options of its own and refuses those of the other.
+/// Errors   null after a report; status then tells how the program ends.
+/// @{
+void AddFingerprintFileOptions(QXSystem::QXInterface& itf);
+std::unique_ptr<SearchTarget> OpenFingerprintFile(const QXSystem::QXInterface& itf,
+                                                  const QXFingrix::QXFPDatabaseOptions& options,
+                                                  ExitStatus& status);
+
+/// Makes the fingerprints of a molecule file, with progress on a terminal; records without one are warned of.
+std::unique_ptr<SearchTarget> MakeMoleculeFileTarget(const QXSystem::QXInterface& itf,
+                                                     const QXFingrix::QXFPDatabaseOptions& options,
+                                                     ExitStatus& status);
+/// @}
+
+}  // namespace qxfp
