@@ -23,7 +23,7 @@ class QXFPDatabaseImplBase;
 ///
 /// The measure is Tanimoto, the order descending and no cutoff is set until told otherwise.
 /// Threads  queries may run at once while nobody adds entries or changes settings.
-/// Cost     memory is that of the fingerprints' words and about 20 bytes for each; unhashed fingerprints also
+/// Cost     memory is that of the fingerprints' words and about 24 bytes for each; unhashed fingerprints also
 ///          keep 4 bytes for each token, and every token once.
 class QX_API QXFPDatabase {
  public:

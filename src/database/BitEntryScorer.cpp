@@ -1,6 +1,9 @@
 #include "database/BitEntryScorer.h"
 
+#include <algorithm>
+
 #include "QXFingrix/QXSimilarity.h"
+#include "database/BitCountLane.h"
 
 namespace QXFingrix {
 
@@ -8,6 +11,8 @@ namespace {
 
 // The filter keeps 8 bytes for each bit of a fingerprint; beyond this it would cost more than it saves.
 constexpr unsigned maxFilteredBits = 65536;
+
+constexpr std::size_t blockSize = 256;  // so that a block's counts are read while it is in the first cache
 
 }  // namespace
 
@@ -24,65 +29,84 @@ BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const std::vector<
   }
 }
 
-template <class Visit>
-QXSimScore* BitEntryScorer::ForRuns(unsigned begin, unsigned end, QXSimScore* out, Visit visit) {
+template <class Visit, class VisitOther>
+void BitEntryScorer::ForBlocks(Block lane, Visit visit, VisitOther visitOther) {
   const auto countAnd = QXSystem::QXGetBitCountKernel().countAnd;
-  const std::span<const std::uint64_t> query = static_cast<const QXFingerPrint&>(query_).GetWords();
+  const std::span<const std::uint64_t> query = query_.GetWords();
   std::array<std::uint32_t, blockSize> shared;
-  while (begin < end) {
-    if (store_.GetNumBits(begin) != query_.GetSize()) {
-      *out++ = QXSimScore(begin, double{ScoreOtherSize(begin)});
-      ++begin;
-      continue;
+  while (!lane.empty()) {
+    const unsigned first = lane.front();
+    std::size_t size = 1;
+    if (store_.GetNumBits(first) == query_.GetSize()) {
+      size = store_.RunLength(lane.first(std::min(blockSize, lane.size())));
+      countAnd(query.data(), query.size(), store_.GetWords(first), query.size(), size, shared.data());
+      visit(lane.first(size), shared.data());
+    } else {
+      visitOther(first);
     }
-    const unsigned size = store_.RunLength(begin, end);
-    countAnd(query.data(), query.size(), store_.GetWords(begin), query.size(), size, shared.data());
-    out = visit(begin, std::span<const std::uint32_t>(shared.data(), size), out);
-    begin += size;
+    lane = lane.subspan(size);
   }
-  return out;
 }
 
 void BitEntryScorer::Score(unsigned begin, unsigned end, QXSimScore* out) {
-  ForRuns(begin, end, out, [this](unsigned first, std::span<const std::uint32_t> shared, QXSimScore* to) {
-    return ScoreRun(first, shared, to);
-  });
-}
-
-unsigned BitEntryScorer::ScoreReaching(double bar, unsigned begin, unsigned end, QXSimScore* out) {
-  const QXSimScore* const outEnd =
-      ForRuns(begin, end, out, [&](unsigned first, std::span<const std::uint32_t> shared, QXSimScore* to) {
-        return filter_ ? ScoreCandidates(bar, first, shared, to) : ScoreRun(first, shared, to);
-      });
-  return static_cast<unsigned>(outEnd - out);
-}
-
-QXSimScore* BitEntryScorer::ScoreRun(unsigned first, std::span<const std::uint32_t> shared,
-                                     QXSimScore* out) const {
-  for (unsigned i = 0; i < shared.size(); ++i) {
-    *out++ = QXSimScore(first + i, double{scorer_(bitCounts_[first + i], shared[i])});
+  for (unsigned lane = 0; lane < store_.NumLanes(); ++lane) {
+    ForBlocks(
+        store_.GetLane(lane, begin, end),
+        [&](Block block, const std::uint32_t* shared) {
+          for (const unsigned i : block) {
+            out[i - begin] = QXSimScore(i, double{scorer_(bitCounts_[i], *shared++)});
+          }
+        },
+        [&](unsigned i) { out[i - begin] = QXSimScore(i, double{ScoreOtherSize(i)}); });
   }
-  return out;
 }
 
-QXSimScore* BitEntryScorer::ScoreCandidates(double bar, unsigned first, std::span<const std::uint32_t> shared,
-                                            QXSimScore* out) {
-  const unsigned* const bitCounts = bitCounts_.data() + first;
+// The lanes nearest to the query's come first: they have the best similarities and raise the bar.
+void BitEntryScorer::Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) {
+  const unsigned numLanes = store_.NumLanes();
+  const unsigned above = std::min(BitCountLane(query_.CountBits()), numLanes);
+  unsigned numBelow = above;  // lanes still to come below and, from `next` on, above
+  for (unsigned next = above; next < numLanes || numBelow > 0;) {
+    if (next < numLanes) OfferLane(next++, begin, end, hits);
+    if (numBelow > 0) OfferLane(--numBelow, begin, end, hits);
+  }
+}
+
+bool BitEntryScorer::CanReach(unsigned lane, double bar) const {
+  if (!filter_ || !store_.HasOneSize(lane, query_.GetSize())) return true;
+  const unsigned last = std::min(FirstBitCount(lane + 1) - 1, query_.GetSize());
+  for (unsigned bits = FirstBitCount(lane); bits <= last; ++bits) {
+    if (filter_->CanReach(bits, bar)) return true;
+  }
+  return false;
+}
+
+void BitEntryScorer::OfferLane(unsigned lane, unsigned begin, unsigned end, QXFPDatabaseHitList& hits) {
+  if (!CanReach(lane, hits.GetBar().GetScore())) return;
+  ForBlocks(
+      store_.GetLane(lane, begin, end),
+      [&](Block block, const std::uint32_t* shared) { OfferBlock(block, shared, hits); },
+      [&](unsigned i) { hits.AddHit(QXSimScore(i, double{ScoreOtherSize(i)})); });
+}
+
+void BitEntryScorer::OfferBlock(Block block, const std::uint32_t* shared, QXFPDatabaseHitList& hits) {
+  const auto score = [&](std::uint32_t k) { return double{scorer_(bitCounts_[block[k]], shared[k])}; };
+  if (!filter_) {
+    for (std::uint32_t k = 0; k < block.size(); ++k) hits.AddHit(QXSimScore(block[k], score(k)));
+    return;
+  }
+  const auto bitsOf = [&](std::uint32_t k) { return bitCounts_[block[k]]; };
   std::array<std::uint32_t, blockSize> candidates;
-  const std::uint32_t numCandidates = filter_->ListPassing(
-      static_cast<std::uint32_t>(shared.size()), [bitCounts](std::uint32_t i) { return bitCounts[i]; },
-      shared.data(), candidates.data());
-  for (const std::uint32_t i : std::span(candidates.data(), numCandidates)) {
-    if (!filter_->Passes(bitCounts[i], shared[i])) continue;  // narrowed since
-    const double score = scorer_(bitCounts[i], shared[i]);
-    const bool isWorse = descending_ ? score < bar : score > bar;
-    if (isWorse) {
-      filter_->Narrow(bitCounts[i], bar);
-    } else {
-      *out++ = QXSimScore(first + i, score);
-    }
+  const std::uint32_t numCandidates =
+      filter_->ListPassing(static_cast<std::uint32_t>(block.size()), bitsOf, shared, candidates.data());
+  for (const std::uint32_t k : std::span(candidates.data(), numCandidates)) {
+    if (!filter_->Passes(bitsOf(k), shared[k])) continue;  // narrowed since
+    const QXSimScore hit(block[k], score(k));
+    if (hits.AddHit(hit)) continue;
+    const double bar = hits.GetBar().GetScore();
+    const bool isWorse = descending_ ? hit.GetScore() < bar : hit.GetScore() > bar;
+    if (isWorse) filter_->Narrow(bitsOf(k), bar);
   }
-  return out;
 }
 
 float BitEntryScorer::ScoreOtherSize(unsigned i) {

@@ -15,7 +15,8 @@
 namespace QXFingrix {
 
 /// Scores entries of bits by one of the library's measures: a kernel counts the shared bits of a block, and
-/// bit counts give the scores. An entry that has not the query's size is compared as the measure's function
+/// bit counts give the scores. Entries lie in lanes by their bit counts (BitCountLane), so that a search for the
+/// best skips whole lanes, unread, once their counts cannot reach the bar. An entry that has not the query's size is compared as the measure's function
 /// does it, with its report.
 class BitEntryScorer final : public EntryScorer {
  public:
@@ -26,15 +27,19 @@ class BitEntryScorer final : public EntryScorer {
   BitEntryScorer& operator=(const BitEntryScorer&) = delete;
 
   void Score(unsigned begin, unsigned end, QXSimScore* out) override;
-  unsigned ScoreReaching(double bar, unsigned begin, unsigned end, QXSimScore* out) override;
+  void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) override;
 
  private:
-  // Calls visit(first entry, shared bits of each) for entries side by side and scores those of another size.
-  template <class Visit>
-  QXSimScore* ForRuns(unsigned begin, unsigned end, QXSimScore* out, Visit visit);
-  QXSimScore* ScoreRun(unsigned first, std::span<const std::uint32_t> shared, QXSimScore* out) const;
-  QXSimScore* ScoreCandidates(double bar, unsigned first, std::span<const std::uint32_t> shared,
-                              QXSimScore* out);
+  // Entries of one lane in a row.
+  using Block = std::span<const unsigned>;
+
+  // Calls visit(block, shared bits of each) for entries of the query's size, visitOther(entry) for the others.
+  template <class Visit, class VisitOther>
+  void ForBlocks(Block lane, Visit visit, VisitOther visitOther);
+  // Whether an entry of the lane can become a hit.
+  bool CanReach(unsigned lane, double bar) const;
+  void OfferLane(unsigned lane, unsigned begin, unsigned end, QXFPDatabaseHitList& hits);
+  void OfferBlock(Block block, const std::uint32_t* shared, QXFPDatabaseHitList& hits);
   float ScoreOtherSize(unsigned i);
 
   const FingerPrintStore& store_;

@@ -3,28 +3,23 @@
 #include <memory>
 #include <utility>
 
+#include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXSimScore.h"
 
 namespace QXFingrix {
 
-/// Compares one query with the entries of a database, block by block. It may learn while it works: one thread
-/// uses it, for one search.
+/// Compares one query with the entries of a database. It may learn while it works: one thread uses it, for
+/// one search.
 class EntryScorer {
  public:
-  static constexpr unsigned blockSize = 256;  // so that a block's counts and scores stay in the first cache
-
   virtual ~EntryScorer() = default;
 
   /// Writes the scores of the entries from begin to end - 1 in their order.
-  /// Shape    out: end - begin scores; end - begin at most blockSize.
+  /// Shape    out: end - begin scores.
   virtual void Score(unsigned begin, unsigned end, QXSimScore* out) = 0;
 
-  /// The same, but entries that cannot reach the bar may be left out. Returns the number of scores written.
-  /// Shape    bar: never looser than in an earlier call.
-  virtual unsigned ScoreReaching(double /*bar*/, unsigned begin, unsigned end, QXSimScore* out) {
-    Score(begin, end, out);
-    return end - begin;
-  }
+  /// Offers the scores of those entries, in any order. Scores that the list would not take may be left out.
+  virtual void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) = 0;
 };
 
 /// A scorer that takes one entry after the other: scoreOf(index) is a float.
@@ -35,6 +30,9 @@ std::unique_ptr<EntryScorer> MakeEntryScorer(ScoreOf scoreOf) {
     explicit OneByOne(ScoreOf scoreOf) : scoreOf_(std::move(scoreOf)) {}
     void Score(unsigned begin, unsigned end, QXSimScore* out) override {
       for (unsigned i = begin; i < end; ++i) *out++ = QXSimScore(i, double{scoreOf_(i)});
+    }
+    void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) override {
+      for (unsigned i = begin; i < end; ++i) hits.AddHit(QXSimScore(i, double{scoreOf_(i)}));
     }
 
    private:

@@ -1,7 +1,6 @@
 #include "database/FPDatabaseImplBase.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
 #include <vector>
@@ -30,46 +29,6 @@ Range MakeRange(unsigned begin, unsigned end, unsigned numEntries) {
   return {std::min(begin, last), last};
 }
 
-// Calls visit(begin, end) for the blocks of a range in order.
-template <class Visit>
-void ForBlocks(Range range, Visit visit) {
-  for (unsigned begin = range.begin; begin < range.end;) {
-    const unsigned end = begin + std::min(EntryScorer::blockSize, range.end - begin);
-    visit(begin, end);
-    begin = end;
-  }
-}
-
-std::vector<QXSimScore> AllScores(EntryScorer& scorer, Range range) {
-  std::vector<QXSimScore> scores(range.end - range.begin);
-  ForBlocks(range, [&](unsigned begin, unsigned end) {
-    scorer.Score(begin, end, scores.data() + (begin - range.begin));
-  });
-  return scores;
-}
-
-std::vector<QXSimScore> ScoresReaching(double cutoff, bool descending, EntryScorer& scorer, Range range) {
-  std::vector<QXSimScore> scores;
-  std::array<QXSimScore, EntryScorer::blockSize> block;
-  ForBlocks(range, [&](unsigned begin, unsigned end) {
-    const unsigned size = scorer.ScoreReaching(cutoff, begin, end, block.data());
-    std::copy_if(block.begin(), block.begin() + size, std::back_inserter(scores), [&](const QXSimScore& hit) {
-      return descending ? hit.GetScore() >= cutoff : hit.GetScore() <= cutoff;
-    });
-  });
-  return scores;
-}
-
-std::vector<QXSimScore> BestScores(QXFPDatabaseHitList& hits, EntryScorer& scorer, Range range) {
-  std::array<QXSimScore, EntryScorer::blockSize> block;
-  ForBlocks(range, [&](unsigned begin, unsigned end) {
-    const unsigned size = scorer.ScoreReaching(hits.GetBar().GetScore(), begin, end, block.data());
-    for (unsigned i = 0; i < size; ++i) hits.AddHit(block[i]);
-  });
-  hits.Sort();
-  return hits.TakeHits();
-}
-
 }  // namespace
 
 QXFPDatabaseImplBase::~QXFPDatabaseImplBase() = default;
@@ -77,8 +36,7 @@ QXFPDatabaseImplBase::~QXFPDatabaseImplBase() = default;
 unsigned QXFPDatabaseImplBase::AddFP(const QXFingerPrint& fp) {
   const unsigned index = store_.Size();
   if (!IsSameFPType(fp) || index == QXSimScore::NoIndex) return QXSimScore::NoIndex;
-  PrepareEntry(fp);
-  store_.Append(fp);
+  store_.Append(fp, PrepareEntry(fp));
   return index;
 }
 
@@ -128,8 +86,15 @@ ScoreIter QXFPDatabaseImplBase::FindScores(const QXFingerPrint& fp, const QXFPDa
   const Query query{fp, options, settings.GetDescendingOrder(), "QXFPDatabase::GetScores()"};
   return Search(query, [&](EntryScorer& scorer) {
     const Range range = MakeRange(begin, end, store_.Size());
-    if (!settings.HasCutoff()) return AllScores(scorer, range);
-    return ScoresReaching(double{settings.GetCutoff()}, query.descending, scorer, range);
+    std::vector<QXSimScore> scores(range.end - range.begin);
+    scorer.Score(range.begin, range.end, scores.data());
+    if (settings.HasCutoff()) {
+      const double cutoff = settings.GetCutoff();
+      std::erase_if(scores, [&](const QXSimScore& hit) {
+        return !(settings.GetDescendingOrder() ? hit.GetScore() >= cutoff : hit.GetScore() <= cutoff);
+      });
+    }
+    return scores;
   });
 }
 
@@ -139,7 +104,10 @@ ScoreIter QXFPDatabaseImplBase::FindSortedScores(const QXFingerPrint& fp, const 
   const Query query{fp, options, settings.GetDescendingOrder(), "QXFPDatabase::GetSortedScores()"};
   return Search(query, [&](EntryScorer& scorer) {
     const auto hits = QXInitFPDatabaseHitList(store_.Size(), settings);
-    return BestScores(*hits, scorer, MakeRange(begin, end, store_.Size()));
+    const Range range = MakeRange(begin, end, store_.Size());
+    scorer.Offer(range.begin, range.end, *hits);
+    hits->Sort();
+    return hits->TakeHits();
   });
 }
 

@@ -53,7 +53,6 @@ class QXFPDatabaseImplBase {
   bool IsSameFPType(const QXFingerPrint& fp) const { return fp.GetFPTypeBase() == type_; }
 
  protected:
-  FingerPrintStore& Store() { return store_; }
   const FingerPrintStore& Store() const { return store_; }
 
   /// Tells that SetSimFunc, or the options of a query, ask for a measure that the kind does not know.
@@ -62,9 +61,10 @@ class QXFPDatabaseImplBase {
   static Measure ChooseMeasure(unsigned measure);
   static Measure ChooseMeasure(const QXFPDatabaseOptions& options);
 
-  /// What a kind keeps for the entry that is about to be stored as number Store().Size().
+  /// Keeps what a kind needs of the entry that is about to be stored as number Store().Size(), and returns its
+  /// lane in the store.
   /// Errors   std::bad_alloc. It may leave something behind, for the entry may not be stored after all.
-  virtual void PrepareEntry(const QXFingerPrint& fp) = 0;
+  virtual unsigned PrepareEntry(const QXFingerPrint& fp) = 0;
 
   struct Query {
     const QXFingerPrint& fp;             // of the database's type

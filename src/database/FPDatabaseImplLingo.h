@@ -15,7 +15,7 @@ class QXFPDatabaseImplLingo final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  void PrepareEntry(const QXFingerPrint&) override {}
+  unsigned PrepareEntry(const QXFingerPrint&) override { return 0; }
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   Measure measure_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "QXSystem/QXErrorHandler.h"
+#include "database/BitCountLane.h"
 #include "database/BitEntryScorer.h"
 
 namespace QXFingrix {
@@ -60,9 +61,10 @@ void QXFPDatabaseImplStd::SetSimFunc(const QXSimFuncBase& func, bool descending)
   SetDescendingOrder(descending);
 }
 
-void QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
+unsigned QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
   bitCounts_.resize(Store().Size());  // drops what an entry that was not stored has left
   bitCounts_.push_back(fp.CountBits());
+  return BitCountLane(bitCounts_.back());
 }
 
 std::unique_ptr<EntryScorer> QXFPDatabaseImplStd::MakeScorer(const Query& query) const {

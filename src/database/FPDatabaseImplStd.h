@@ -16,7 +16,7 @@ class QXFPDatabaseImplStd final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  void PrepareEntry(const QXFingerPrint& fp) override;
+  unsigned PrepareEntry(const QXFingerPrint& fp) override;
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   std::vector<unsigned> bitCounts_;  // of each entry

@@ -11,7 +11,7 @@
 namespace QXFingrix {
 
 /// The database of unhashed fingerprints, which are compared by their tokens. Each entry keeps the numbers of
-/// its tokens, in memory that the store lends.
+/// its tokens.
 class QXFPDatabaseImplUnhashed final : public QXFPDatabaseImplBase {
  public:
   using QXFPDatabaseImplBase::QXFPDatabaseImplBase;
@@ -22,11 +22,12 @@ class QXFPDatabaseImplUnhashed final : public QXFPDatabaseImplBase {
  private:
   using TokenNumbers = std::span<const std::uint32_t>;
 
-  void PrepareEntry(const QXFingerPrint& fp) override;
+  unsigned PrepareEntry(const QXFingerPrint& fp) override;
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   TokenIndex tokens_;
-  std::vector<TokenNumbers> tokenNumbers_;  // of each entry
+  WordArena words_;
+  std::vector<TokenNumbers> tokenNumbers_;  // of each entry, in words_
 };
 
 }  // namespace QXFingrix

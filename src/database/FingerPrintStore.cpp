@@ -47,12 +47,17 @@ std::string_view FingerPrintStore::GetText(unsigned i) const {
   return bytes.substr(0, bytes.find('\0'));
 }
 
-unsigned FingerPrintStore::RunLength(unsigned begin, unsigned end) const {
-  const std::span<const Entry> entries(entries_.data() + begin, end - begin);
-  const unsigned run = entries.front().run;
-  if (entries.back().run == run) return end - begin;
-  const auto next = std::ranges::upper_bound(entries, run, {}, &Entry::run);
-  return static_cast<unsigned>(next - entries.begin());
+std::span<const unsigned> FingerPrintStore::GetLane(unsigned lane, unsigned begin, unsigned end) const {
+  const std::vector<unsigned>& entries = lanes_[lane].entries;
+  const auto first = std::ranges::lower_bound(entries, begin);
+  return {first, std::ranges::lower_bound(first, entries.end(), end)};
+}
+
+std::size_t FingerPrintStore::RunLength(std::span<const unsigned> entries) const {
+  const auto runOf = [this](unsigned i) { return entries_[i].run; };
+  const unsigned run = runOf(entries.front());
+  if (runOf(entries.back()) == run) return entries.size();
+  return static_cast<std::size_t>(std::ranges::upper_bound(entries, run, {}, runOf) - entries.begin());
 }
 
 void FingerPrintStore::Load(unsigned i, QXFingerPrint& fp) const {
@@ -66,24 +71,26 @@ QXSystem::QXIter<QXFingerPrint> FingerPrintStore::GetIter() const {
   return QXSystem::QXIter<QXFingerPrint>(std::make_unique<StoreIter>(*this));
 }
 
-void FingerPrintStore::Append(const QXFingerPrint& fp) {
+void FingerPrintStore::Append(const QXFingerPrint& fp, unsigned laneNumber) {
+  if (laneNumber >= lanes_.size()) lanes_.resize(laneNumber + 1);
+  Lane& lane = lanes_[laneNumber];
+  // Room first, so that nothing is left to fail once something is stored.
+  if (entries_.size() == entries_.capacity()) entries_.reserve(2 * entries_.size() + 1);
+  if (lane.entries.size() == lane.entries.capacity()) lane.entries.reserve(2 * lane.entries.size() + 1);
   const std::span<const std::uint64_t> words = fp.GetWords();
-  Entry entry{nullptr, fp.GetSize(), 0};
-  entries_.push_back(entry);
-  try {
-    std::uint64_t* const copy = arena_.Take(words.size());
-    std::ranges::copy(words, copy);
-    entry.words = copy;
-  } catch (...) {
-    entries_.pop_back();
-    throw;
-  }
-  if (entries_.size() > 1) {
-    const Entry& last = entries_[entries_.size() - 2];
-    const bool isBeside = last.numBits == entry.numBits && last.words + words.size() == entry.words;
+  std::uint64_t* const copy = lane.words.Take(words.size());
+  std::ranges::copy(words, copy);
+
+  Entry entry{copy, fp.GetSize(), 0};
+  if (!lane.entries.empty()) {
+    const Entry& last = entries_[lane.entries.back()];
+    const bool isBeside = last.numBits == entry.numBits && last.words + words.size() == copy;
     entry.run = last.run + (isBeside ? 0 : 1);
   }
-  entries_.back() = entry;
+  if (lane.entries.empty()) lane.numBits = entry.numBits;
+  lane.hasOneSize &= lane.numBits == entry.numBits;
+  lane.entries.push_back(Size());
+  entries_.push_back(entry);
 }
 
 }  // namespace QXFingrix

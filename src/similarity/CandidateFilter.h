@@ -48,6 +48,11 @@ class CandidateFilter {
     return numPassing;
   }
 
+  /// Whether a record with recordBits bits set, whatever it shares with the query, can reach a bar.
+  bool CanReach(std::uint64_t recordBits, double bar) const {
+    return Reaches(recordBits, WantsMany() ? MostShared(recordBits) : 0, Lower(bar));
+  }
+
   /// Narrows the interval of records with recordBits bits set to those that reach the bar.
   /// Cost     O(log queryBits) scores.
   void Narrow(std::uint64_t recordBits, double bar);
@@ -61,6 +66,22 @@ class CandidateFilter {
     std::uint32_t width;
   };
 
+  double Lower(double bar) const {
+    const double margin = std::abs(bar) * Scorer::slack;
+    return descending_ ? bar - margin : bar + margin;
+  }
+  // A Euclid score that is not a number comes from fewer shared bits than any that is one: in ascending order
+  // it is on the side of those that reach the bar.
+  bool Reaches(std::uint64_t recordBits, std::uint32_t sharedBits, double loweredBar) const {
+    const double score = scorer_(recordBits, sharedBits);
+    return descending_ ? score >= loweredBar : !(score > loweredBar);
+  }
+  // Either the counts from some border on reach the bar, or those below it.
+  bool WantsMany() const { return descending_ == scorer_.RisesWithSharedBits(); }
+  std::uint32_t MostShared(std::uint64_t recordBits) const {
+    return std::min(static_cast<std::uint32_t>(recordBits), queryBits_);
+  }
+
   const Scorer& scorer_;
   const bool descending_;
   const std::uint32_t queryBits_;
@@ -72,21 +93,13 @@ class CandidateFilter {
 template <class Scorer>
 void CandidateFilter<Scorer>::Narrow(std::uint64_t recordBits, double bar) {
   if (recordBits >= intervals_.size() - 1) return;
-  const double margin = std::abs(bar) * Scorer::slack;
-  const double loweredBar = descending_ ? bar - margin : bar + margin;
-  const auto reaches = [&](std::uint32_t sharedBits) {
-    const double score = scorer_(recordBits, sharedBits);
-    // A Euclid score that is not a number comes from fewer shared bits than any that is one: in ascending
-    // order it is on the side of those that reach the bar.
-    return descending_ ? score >= loweredBar : !(score > loweredBar);
-  };
-  // Either the counts from some border on reach the bar, or those below it.
-  const bool wantsMany = descending_ == scorer_.RisesWithSharedBits();
-  const std::uint32_t most = std::min(static_cast<std::uint32_t>(recordBits), queryBits_);
+  const double loweredBar = Lower(bar);
+  const bool wantsMany = WantsMany();
+  const std::uint32_t most = MostShared(recordBits);
   std::uint32_t border = 0;
   for (std::uint32_t end = most + 1; border < end;) {
     const std::uint32_t middle = border + (end - border) / 2;
-    if (reaches(middle) == wantsMany) {
+    if (Reaches(recordBits, middle, loweredBar) == wantsMany) {
       end = middle;
     } else {
       border = middle + 1;
