@@ -74,8 +74,8 @@ bool SearchInMemory(const std::string& moleculeFile) {
   PrintHits("Nearest by Manhattan", database.GetSortedScores(diclofenac, 3), titles);
 
   database.SetSimFunc(OverlapSim(), true);
-  database.SetCutoff(0.9F);
-  PrintHits("Overlap above 0.9", database.GetSortedScores(diclofenac, 3), titles);
+  database.SetCutoff(0.6F);
+  PrintHits("Overlap above 0.6", database.GetSortedScores(diclofenac, 3), titles);
   return true;
 }
 

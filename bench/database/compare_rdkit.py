@@ -10,7 +10,7 @@ path fingerprints of 2,048 bits. The bundled file has 4,000 molecules, so each i
 same compressed as .xz) takes its place where there are more molecules.
 
 RDKit's vectors lie where making them one after the other from molecules has put them. With --packed they are copied
-once more in a row: RDKit's best case, which real programs hardly meet.
+once more in a row: RDKit's best case.
 
 Both sides answer the same queries in turn, so that what else the machine does hurts both alike. RDKit computes the
 scores only; this library's time includes the choice and the order of the best. It is an error when scores differ by

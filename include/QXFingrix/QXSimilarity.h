@@ -20,7 +20,10 @@ QX_API bool QXGetBitCounts(const QXFingerPrint& a, const QXFingerPrint& b, unsig
 //
 // Two fingerprints with the same bits, two without any among them, score 1, or 0 by Manhattan. Otherwise two
 // that have no bit in common score 0 by Tanimoto, Cosine, Dice and Tversky.
-// Errors   fingerprints that QXGetBitCounts refuses score 0.0, after its report.
+// Errors   fingerprints that QXGetBitCounts refuses score 0.0, Manhattan included, after its report if it
+//          makes one: two different Lingo texts, one of fewer than four characters, score 0.0 in silence.
+//          Of unhashed fingerprints only QXTanimoto compares the tokens; the others take their text for bits,
+//          which tells nothing.
 // Threads  safe.
 // Cost     that of QXGetBitCounts.
 
@@ -30,7 +33,7 @@ QX_API bool QXGetBitCounts(const QXFingerPrint& a, const QXFingerPrint& b, unsig
 /// multisets, it is k / (nA + nB - k), and not a number when neither has a token.
 /// Errors   its own text, "QXTanimoto() fingerprint type mismatch!", and 0.0.
 /// Cost     on unhashed fingerprints both texts are split into lists of tokens, which are sorted unless the
-///          texts already are; a database in memory keeps such lists instead.
+///          texts already are; a database in memory splits each text once.
 /// Source   Rogers, Tanimoto, Science 1960, 132, 1115.
 QX_API float QXTanimoto(const QXFingerPrint& a, const QXFingerPrint& b);
 

@@ -16,10 +16,9 @@ constexpr std::size_t blockSize = 256;  // so that a block's counts are read whi
 
 }  // namespace
 
-BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const std::vector<unsigned>& bitCounts,
-                               const QXFingerPrint& query, const Measure& measure, bool descending)
+BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const QXFingerPrint& query,
+                               const Measure& measure, bool descending)
     : store_(store),
-      bitCounts_(bitCounts),
       query_(query),
       formula_(measure.Formula()),
       descending_(descending),
@@ -30,31 +29,29 @@ BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const std::vector<
 }
 
 template <class Visit, class VisitOther>
-void BitEntryScorer::ForBlocks(Block lane, Visit visit, VisitOther visitOther) {
+void BitEntryScorer::ForBlocks(unsigned lane, unsigned begin, unsigned end, Visit visit,
+                               VisitOther visitOther) {
   const auto countAnd = QXSystem::QXGetBitCountKernel().countAnd;
   const std::span<const std::uint64_t> query = query_.GetWords();
   std::array<std::uint32_t, blockSize> shared;
-  while (!lane.empty()) {
-    const unsigned first = lane.front();
-    std::size_t size = 1;
-    if (store_.GetNumBits(first) == query_.GetSize()) {
-      size = store_.RunLength(lane.first(std::min(blockSize, lane.size())));
-      countAnd(query.data(), query.size(), store_.GetWords(first), query.size(), size, shared.data());
-      visit(lane.first(size), shared.data());
+  store_.ForRuns(lane, begin, end, blockSize, [&](const Block& block) {
+    if (block.numBits == query_.GetSize()) {
+      countAnd(query.data(), query.size(), block.words, query.size(), block.entries.size(), shared.data());
+      visit(block, shared.data());
     } else {
-      visitOther(first);
+      for (const unsigned i : block.entries) visitOther(i);
     }
-    lane = lane.subspan(size);
-  }
+  });
 }
 
 void BitEntryScorer::Score(unsigned begin, unsigned end, QXSimScore* out) {
   for (unsigned lane = 0; lane < store_.NumLanes(); ++lane) {
     ForBlocks(
-        store_.GetLane(lane, begin, end),
-        [&](Block block, const std::uint32_t* shared) {
-          for (const unsigned i : block) {
-            out[i - begin] = QXSimScore(i, double{scorer_(bitCounts_[i], *shared++)});
+        lane, begin, end,
+        [&](const Block& block, const std::uint32_t* shared) {
+          for (std::size_t k = 0; k < block.entries.size(); ++k) {
+            const unsigned i = block.entries[k];
+            out[i - begin] = QXSimScore(i, double{scorer_(block.bitCounts[k], shared[k])});
           }
         },
         [&](unsigned i) { out[i - begin] = QXSimScore(i, double{ScoreOtherSize(i)}); });
@@ -84,24 +81,26 @@ bool BitEntryScorer::CanReach(unsigned lane, double bar) const {
 void BitEntryScorer::OfferLane(unsigned lane, unsigned begin, unsigned end, QXFPDatabaseHitList& hits) {
   if (!CanReach(lane, hits.GetBar().GetScore())) return;
   ForBlocks(
-      store_.GetLane(lane, begin, end),
-      [&](Block block, const std::uint32_t* shared) { OfferBlock(block, shared, hits); },
+      lane, begin, end,
+      [&](const Block& block, const std::uint32_t* shared) { OfferBlock(block, shared, hits); },
       [&](unsigned i) { hits.AddHit(QXSimScore(i, double{ScoreOtherSize(i)})); });
 }
 
-void BitEntryScorer::OfferBlock(Block block, const std::uint32_t* shared, QXFPDatabaseHitList& hits) {
-  const auto score = [&](std::uint32_t k) { return double{scorer_(bitCounts_[block[k]], shared[k])}; };
+void BitEntryScorer::OfferBlock(const Block& block, const std::uint32_t* shared, QXFPDatabaseHitList& hits) {
+  const auto hitOf = [&](std::size_t k) {
+    return QXSimScore(block.entries[k], double{scorer_(block.bitCounts[k], shared[k])});
+  };
+  const auto size = static_cast<std::uint32_t>(block.entries.size());
   if (!filter_) {
-    for (std::uint32_t k = 0; k < block.size(); ++k) hits.AddHit(QXSimScore(block[k], score(k)));
+    for (std::uint32_t k = 0; k < size; ++k) hits.AddHit(hitOf(k));
     return;
   }
-  const auto bitsOf = [&](std::uint32_t k) { return bitCounts_[block[k]]; };
+  const auto bitsOf = [&](std::uint32_t k) { return block.bitCounts[k]; };
   std::array<std::uint32_t, blockSize> candidates;
-  const std::uint32_t numCandidates =
-      filter_->ListPassing(static_cast<std::uint32_t>(block.size()), bitsOf, shared, candidates.data());
+  const std::uint32_t numCandidates = filter_->ListPassing(size, bitsOf, shared, candidates.data());
   for (const std::uint32_t k : std::span(candidates.data(), numCandidates)) {
     if (!filter_->Passes(bitsOf(k), shared[k])) continue;  // narrowed since
-    const QXSimScore hit(block[k], score(k));
+    const QXSimScore hit = hitOf(k);
     if (hits.AddHit(hit)) continue;
     const double bar = hits.GetBar().GetScore();
     const bool isWorse = descending_ ? hit.GetScore() < bar : hit.GetScore() > bar;

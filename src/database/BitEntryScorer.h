@@ -15,14 +15,14 @@
 namespace QXFingrix {
 
 /// Scores entries of bits by one of the library's measures: a kernel counts the shared bits of a block, and
-/// bit counts give the scores. Entries lie in lanes by their bit counts (BitCountLane), so that a search for the
-/// best skips whole lanes, unread, once their counts cannot reach the bar. An entry that has not the query's size is compared as the measure's function
-/// does it, with its report.
+/// bit counts give the scores. Entries lie in lanes by their bit counts (BitCountLane), so that a search for
+/// the best skips whole lanes, unread, once their counts cannot reach the bar. An entry that has not the
+/// query's size is compared as the measure's function does it, with its report.
 class BitEntryScorer final : public EntryScorer {
  public:
-  /// What is passed is referred to and must outlive the scorer. Shape: bitCounts: the bits set in each entry.
-  BitEntryScorer(const FingerPrintStore& store, const std::vector<unsigned>& bitCounts,
-                 const QXFingerPrint& query, const Measure& measure, bool descending);
+  /// What is passed is referred to and must outlive the scorer.
+  BitEntryScorer(const FingerPrintStore& store, const QXFingerPrint& query, const Measure& measure,
+                 bool descending);
   BitEntryScorer(const BitEntryScorer&) = delete;
   BitEntryScorer& operator=(const BitEntryScorer&) = delete;
 
@@ -30,20 +30,19 @@ class BitEntryScorer final : public EntryScorer {
   void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) override;
 
  private:
-  // Entries of one lane in a row.
-  using Block = std::span<const unsigned>;
+  using Block = FingerPrintStore::Run;
 
-  // Calls visit(block, shared bits of each) for entries of the query's size, visitOther(entry) for the others.
+  // Calls visit(block, shared bits of each) for the entries from begin to end - 1 of a lane that have the
+  // query's size, visitOther(entry) for the others.
   template <class Visit, class VisitOther>
-  void ForBlocks(Block lane, Visit visit, VisitOther visitOther);
+  void ForBlocks(unsigned lane, unsigned begin, unsigned end, Visit visit, VisitOther visitOther);
   // Whether an entry of the lane can become a hit.
   bool CanReach(unsigned lane, double bar) const;
   void OfferLane(unsigned lane, unsigned begin, unsigned end, QXFPDatabaseHitList& hits);
-  void OfferBlock(Block block, const std::uint32_t* shared, QXFPDatabaseHitList& hits);
+  void OfferBlock(const Block& block, const std::uint32_t* shared, QXFPDatabaseHitList& hits);
   float ScoreOtherSize(unsigned i);
 
   const FingerPrintStore& store_;
-  const std::vector<unsigned>& bitCounts_;
   const QXFingerPrint& query_;
   const MeasureFormula formula_;
   const bool descending_;

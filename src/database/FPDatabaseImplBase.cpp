@@ -36,7 +36,8 @@ QXFPDatabaseImplBase::~QXFPDatabaseImplBase() = default;
 unsigned QXFPDatabaseImplBase::AddFP(const QXFingerPrint& fp) {
   const unsigned index = store_.Size();
   if (!IsSameFPType(fp) || index == QXSimScore::NoIndex) return QXSimScore::NoIndex;
-  store_.Append(fp, PrepareEntry(fp));
+  const Place place = PrepareEntry(fp);
+  store_.Append(fp, place.lane, place.bitCount);
   return index;
 }
 

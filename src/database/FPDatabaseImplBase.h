@@ -61,10 +61,15 @@ class QXFPDatabaseImplBase {
   static Measure ChooseMeasure(unsigned measure);
   static Measure ChooseMeasure(const QXFPDatabaseOptions& options);
 
-  /// Keeps what a kind needs of the entry that is about to be stored as number Store().Size(), and returns its
-  /// lane in the store.
+  /// Where the store keeps an entry.
+  struct Place {
+    unsigned lane = 0;
+    unsigned bitCount = 0;  // for the kinds that count bits
+  };
+  /// Keeps what a kind needs of the entry that is about to be stored as number Store().Size(), and says where
+  /// the store is to keep it.
   /// Errors   std::bad_alloc. It may leave something behind, for the entry may not be stored after all.
-  virtual unsigned PrepareEntry(const QXFingerPrint& fp) = 0;
+  virtual Place PrepareEntry(const QXFingerPrint& fp) = 0;
 
   struct Query {
     const QXFingerPrint& fp;             // of the database's type

@@ -15,7 +15,7 @@ class QXFPDatabaseImplLingo final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  unsigned PrepareEntry(const QXFingerPrint&) override { return 0; }
+  Place PrepareEntry(const QXFingerPrint&) override { return {}; }
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   Measure measure_;

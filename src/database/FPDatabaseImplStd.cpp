@@ -61,10 +61,9 @@ void QXFPDatabaseImplStd::SetSimFunc(const QXSimFuncBase& func, bool descending)
   SetDescendingOrder(descending);
 }
 
-unsigned QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
-  bitCounts_.resize(Store().Size());  // drops what an entry that was not stored has left
-  bitCounts_.push_back(fp.CountBits());
-  return BitCountLane(bitCounts_.back());
+QXFPDatabaseImplBase::Place QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
+  const unsigned bitCount = fp.CountBits();
+  return {BitCountLane(bitCount), bitCount};
 }
 
 std::unique_ptr<EntryScorer> QXFPDatabaseImplStd::MakeScorer(const Query& query) const {
@@ -75,7 +74,7 @@ std::unique_ptr<EntryScorer> QXFPDatabaseImplStd::MakeScorer(const Query& query)
     });
   }
   const Measure measure = query.options ? ChooseMeasure(*query.options) : measure_;
-  return std::make_unique<BitEntryScorer>(Store(), bitCounts_, query.fp, measure, query.descending);
+  return std::make_unique<BitEntryScorer>(Store(), query.fp, measure, query.descending);
 }
 
 }  // namespace QXFingrix

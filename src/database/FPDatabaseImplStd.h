@@ -16,10 +16,9 @@ class QXFPDatabaseImplStd final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  unsigned PrepareEntry(const QXFingerPrint& fp) override;
+  Place PrepareEntry(const QXFingerPrint& fp) override;
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
-  std::vector<unsigned> bitCounts_;  // of each entry
   Measure measure_;
   std::unique_ptr<const QXSimFuncBase> userFunc_;  // counts instead of the measure when there is one
 };

@@ -20,13 +20,13 @@ void QXFPDatabaseImplUnhashed::SetSimFunc(const QXSimFuncBase&, bool) {
       "QXFPDatabase::SetSimFunc() user defined similarity measure not allowed with unhashed database");
 }
 
-unsigned QXFPDatabaseImplUnhashed::PrepareEntry(const QXFingerPrint& fp) {
+QXFPDatabaseImplBase::Place QXFPDatabaseImplUnhashed::PrepareEntry(const QXFingerPrint& fp) {
   const std::vector<std::uint32_t> numbers = tokens_.Insert(QXGetFPText(fp));
   tokenNumbers_.resize(Store().Size());  // drops what an entry that was not stored has left
   auto* const kept = reinterpret_cast<std::uint32_t*>(words_.Take((numbers.size() + 1) / 2));
   if (!numbers.empty()) std::memcpy(kept, numbers.data(), numbers.size() * sizeof(std::uint32_t));
   tokenNumbers_.emplace_back(kept, numbers.size());
-  return 0;
+  return {};
 }
 
 std::unique_ptr<EntryScorer> QXFPDatabaseImplUnhashed::MakeScorer(const Query& query) const {

@@ -22,7 +22,7 @@ class QXFPDatabaseImplUnhashed final : public QXFPDatabaseImplBase {
  private:
   using TokenNumbers = std::span<const std::uint32_t>;
 
-  unsigned PrepareEntry(const QXFingerPrint& fp) override;
+  Place PrepareEntry(const QXFingerPrint& fp) override;
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   TokenIndex tokens_;

@@ -13,6 +13,11 @@ constexpr std::size_t NumWords(unsigned numBits) {
   return (std::size_t{numBits} + 63) / 64;
 }
 
+template <class T>
+void MakeRoom(std::vector<T>& values) {
+  if (values.size() == values.capacity()) values.reserve(2 * values.size() + 1);
+}
+
 // Makes the fingerprint at its position again whenever it moves.
 class StoreIter final : public QXSystem::QXIterBase<QXFingerPrint> {
  public:
@@ -47,19 +52,6 @@ std::string_view FingerPrintStore::GetText(unsigned i) const {
   return bytes.substr(0, bytes.find('\0'));
 }
 
-std::span<const unsigned> FingerPrintStore::GetLane(unsigned lane, unsigned begin, unsigned end) const {
-  const std::vector<unsigned>& entries = lanes_[lane].entries;
-  const auto first = std::ranges::lower_bound(entries, begin);
-  return {first, std::ranges::lower_bound(first, entries.end(), end)};
-}
-
-std::size_t FingerPrintStore::RunLength(std::span<const unsigned> entries) const {
-  const auto runOf = [this](unsigned i) { return entries_[i].run; };
-  const unsigned run = runOf(entries.front());
-  if (runOf(entries.back()) == run) return entries.size();
-  return static_cast<std::size_t>(std::ranges::upper_bound(entries, run, {}, runOf) - entries.begin());
-}
-
 void FingerPrintStore::Load(unsigned i, QXFingerPrint& fp) const {
   const Entry& entry = entries_[i];
   if (!fp.SetSize(entry.numBits)) throw std::bad_alloc();
@@ -71,26 +63,31 @@ QXSystem::QXIter<QXFingerPrint> FingerPrintStore::GetIter() const {
   return QXSystem::QXIter<QXFingerPrint>(std::make_unique<StoreIter>(*this));
 }
 
-void FingerPrintStore::Append(const QXFingerPrint& fp, unsigned laneNumber) {
+void FingerPrintStore::Append(const QXFingerPrint& fp, unsigned laneNumber, unsigned bitCount) {
   if (laneNumber >= lanes_.size()) lanes_.resize(laneNumber + 1);
   Lane& lane = lanes_[laneNumber];
   // Room first, so that nothing is left to fail once something is stored.
-  if (entries_.size() == entries_.capacity()) entries_.reserve(2 * entries_.size() + 1);
-  if (lane.entries.size() == lane.entries.capacity()) lane.entries.reserve(2 * lane.entries.size() + 1);
+  MakeRoom(entries_);
+  MakeRoom(lane.entries);
+  MakeRoom(lane.bitCounts);
+  MakeRoom(lane.runs);
   const std::span<const std::uint64_t> words = fp.GetWords();
   std::uint64_t* const copy = lane.words.Take(words.size());
   std::ranges::copy(words, copy);
 
-  Entry entry{copy, fp.GetSize(), 0};
-  if (!lane.entries.empty()) {
-    const Entry& last = entries_[lane.entries.back()];
-    const bool isBeside = last.numBits == entry.numBits && last.words + words.size() == copy;
-    entry.run = last.run + (isBeside ? 0 : 1);
-  }
+  const Entry entry{copy, fp.GetSize()};
   if (lane.entries.empty()) lane.numBits = entry.numBits;
   lane.hasOneSize &= lane.numBits == entry.numBits;
+  if (lane.entries.empty() || !IsBeside(entries_[lane.entries.back()], entry)) {
+    lane.runs.push_back(lane.entries.size());
+  }
   lane.entries.push_back(Size());
+  lane.bitCounts.push_back(bitCount);
   entries_.push_back(entry);
+}
+
+bool FingerPrintStore::IsBeside(const Entry& entry, const Entry& next) {
+  return next.numBits == entry.numBits && next.words == entry.words + NumWords(entry.numBits);
 }
 
 }  // namespace QXFingrix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,7 +14,8 @@
 namespace QXFingrix {
 
 /// The bits of many fingerprints of one type, each of its own size. Who adds one names a lane, a small number:
-/// those of one size that are added to a lane in a row lie side by side, as the kernels want them.
+/// those of one size that are added to a lane in a row lie side by side, as the kernels want them, and so do
+/// their bit counts.
 class FingerPrintStore {
  public:
   explicit FingerPrintStore(const QXFPTypeBase* type) : type_(type) {}
@@ -29,30 +31,41 @@ class FingerPrintStore {
   bool HasOneSize(unsigned lane, unsigned numBits) const {
     return lanes_[lane].hasOneSize && lanes_[lane].numBits == numBits;
   }
-  /// The entries from begin to end - 1 that are in a lane, ascending.
-  std::span<const unsigned> GetLane(unsigned lane, unsigned begin, unsigned end) const;
-  /// Of entries of a lane in a row, at least one, how many from the first on have one size and lie side by
-  /// side.
-  std::size_t RunLength(std::span<const unsigned> entries) const;
+
+  /// Entries of a lane that have one size and lie side by side, ascending.
+  struct Run {
+    std::span<const unsigned> entries;
+    const unsigned* bitCounts;  // of each
+    const std::uint64_t* words;
+    unsigned numBits;
+  };
+  /// Calls visit(run) for runs of at most maxSize entries that together are the entries from begin to end - 1
+  /// of a lane.
+  template <class Visit>
+  void ForRuns(unsigned lane, unsigned begin, unsigned end, std::size_t maxSize, Visit visit) const;
 
   /// Makes fp an entry again; an fp that has held one of the same size reuses its memory.
   void Load(unsigned i, QXFingerPrint& fp) const;
   QXSystem::QXIter<QXFingerPrint> GetIter() const;
 
   /// Errors   std::bad_alloc, nothing stored.
-  void Append(const QXFingerPrint& fp, unsigned lane);
+  void Append(const QXFingerPrint& fp, unsigned lane, unsigned bitCount);
 
  private:
   struct Entry {
     const std::uint64_t* words;
     unsigned numBits;
-    unsigned run;  // ascending in a lane; the same for entries side by side
   };
+
+  // Whether one has the size of the other and follows it in memory.
+  static bool IsBeside(const Entry& entry, const Entry& next);
 
   struct Lane {
     WordArena words;
     std::vector<unsigned> entries;
-    unsigned numBits = 0;  // of the first entry
+    std::vector<unsigned> bitCounts;
+    std::vector<std::size_t> runs;  // where each begins among the entries
+    unsigned numBits = 0;           // of the first entry
     bool hasOneSize = true;
   };
 
@@ -60,5 +73,24 @@ class FingerPrintStore {
   std::vector<Entry> entries_;
   std::vector<Lane> lanes_;
 };
+
+template <class Visit>
+void FingerPrintStore::ForRuns(unsigned laneNumber, unsigned begin, unsigned end, std::size_t maxSize,
+                               Visit visit) const {
+  const Lane& lane = lanes_[laneNumber];
+  const auto placeOf = [&lane](unsigned entry) {
+    return static_cast<std::size_t>(std::ranges::lower_bound(lane.entries, entry) - lane.entries.begin());
+  };
+  const std::size_t last = placeOf(end);
+  auto nextRun = lane.runs.begin();
+  for (std::size_t first = placeOf(begin), size = 0; first < last; first += size) {
+    while (nextRun != lane.runs.end() && *nextRun <= first) ++nextRun;
+    const std::size_t runEnd = nextRun == lane.runs.end() ? last : std::min(last, *nextRun);
+    size = std::min(maxSize, runEnd - first);
+    const Entry& entry = entries_[lane.entries[first]];
+    visit(
+        Run{{lane.entries.data() + first, size}, lane.bitCounts.data() + first, entry.words, entry.numBits});
+  }
+}
 
 }  // namespace QXFingrix

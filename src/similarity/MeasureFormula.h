@@ -15,9 +15,9 @@ struct SimCounts {
   unsigned neither = 0;
 };
 
-/// One of the six measures with its coefficients. The only place that knows their formulas in single precision:
-/// free functions, measure objects and databases in memory take their scores from here, so they agree to the
-/// last bit.
+/// One of the six measures with its coefficients. The only place that knows their formulas in single
+/// precision: free functions, measure objects and databases in memory take their scores from here, so they
+/// agree to the last bit.
 class MeasureFormula {
  public:
   /// measure: a QXSimMeasure value; the coefficients matter to Tversky.
@@ -29,21 +29,23 @@ class MeasureFormula {
     const auto b = static_cast<float>(counts.onlyB);
     const auto c = static_cast<float>(counts.both);
     const auto d = static_cast<float>(counts.neither);
-    const bool isDistance = measure_ == QXSimMeasure::Manhattan;
-    if ((counts.onlyA | counts.onlyB) == 0) return isDistance ? 0.0F : 1.0F;
-    if (isDistance) return (a + b) / (a + b + c + d);
-    if (measure_ == QXSimMeasure::Euclid) return std::sqrt((c + d) / (a + b + c + d));
-    if (counts.both == 0) return 0.0F;  // where the formulas below may be 0 / 0
+    if ((counts.onlyA | counts.onlyB) == 0) return measure_ == QXSimMeasure::Manhattan ? 0.0F : 1.0F;
+    const bool sharesNone = counts.both == 0;  // where Cosine and Tversky may be 0 / 0
     switch (measure_) {
+      case QXSimMeasure::Tanimoto:
+        return c / (a + b + c);
       case QXSimMeasure::Cosine:
-        return c / std::sqrt((a + c) * (b + c));
+        return sharesNone ? 0.0F : c / std::sqrt((a + c) * (b + c));
       case QXSimMeasure::Dice:
         return (c + c) / static_cast<float>(2.0 * double{c} + (double{a} + double{b}));
+      case QXSimMeasure::Euclid:
+        return std::sqrt((c + d) / (a + b + c + d));
       case QXSimMeasure::Tversky:
-        return c / (alpha_ * a + beta_ * b + c);
-      default:
-        return c / (a + b + c);  // Tanimoto
+        return sharesNone ? 0.0F : c / (alpha_ * a + beta_ * b + c);
+      case QXSimMeasure::Manhattan:
+        return (a + b) / (a + b + c + d);
     }
+    return 0.0F;
   }
 
  private:

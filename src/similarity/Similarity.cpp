@@ -9,24 +9,10 @@
 namespace QXFingrix {
 namespace {
 
-// The counts of fingerprints that are known to be of one type.
-bool CountSameType(const QXFingerPrint& a, const QXFingerPrint& b, unsigned* onlyA, unsigned* onlyB,
-                   unsigned* both, unsigned* neither) {
-  if (QXIsFPType(a, QXFPType::Lingo)) return QXGetLingoSimTerms(a, b, onlyA, onlyB, both);
-  return neither ? QXSystem::QXGetBitCounts(a, b, onlyA, onlyB, both, neither)
-                 : QXSystem::QXGetBitCounts(a, b, onlyA, onlyB, both);
-}
-
-// Scores by a counting function; one that fails leaves the score 0.
-template <class Count>
-float Score(const MeasureFormula& measure, const QXFingerPrint& a, const QXFingerPrint& b, Count count) {
-  SimCounts counts;
-  if (!count(a, b, &counts.onlyA, &counts.onlyB, &counts.both, &counts.neither)) return 0.0F;
-  return measure(counts);
-}
-
 float Score(const MeasureFormula& measure, const QXFingerPrint& a, const QXFingerPrint& b) {
-  return Score(measure, a, b, QXGetBitCounts);
+  SimCounts counts;
+  if (!QXGetBitCounts(a, b, &counts.onlyA, &counts.onlyB, &counts.both, &counts.neither)) return 0.0F;
+  return measure(counts);
 }
 
 }  // namespace
@@ -37,7 +23,9 @@ bool QXGetBitCounts(const QXFingerPrint& a, const QXFingerPrint& b, unsigned* on
     QXSystem::QXThrow.Error("fingerprint type mismatch!");
     return false;
   }
-  return CountSameType(a, b, onlyA, onlyB, both, neither);
+  if (QXIsFPType(a, QXFPType::Lingo)) return QXGetLingoSimTerms(a, b, onlyA, onlyB, both);
+  return neither ? QXSystem::QXGetBitCounts(a, b, onlyA, onlyB, both, neither)
+                 : QXSystem::QXGetBitCounts(a, b, onlyA, onlyB, both);
 }
 
 float QXTanimoto(const QXFingerPrint& a, const QXFingerPrint& b) {
@@ -46,7 +34,7 @@ float QXTanimoto(const QXFingerPrint& a, const QXFingerPrint& b) {
     return 0.0F;
   }
   if (IsUnhashedType(a.GetFPTypeBase()->GetFPType())) return TokenTanimoto(QXGetFPText(a), QXGetFPText(b));
-  return Score(MeasureFormula(QXSimMeasure::Tanimoto), a, b, CountSameType);
+  return Score(MeasureFormula(QXSimMeasure::Tanimoto), a, b);
 }
 
 float QXCosine(const QXFingerPrint& a, const QXFingerPrint& b) {

@@ -1,4 +1,4 @@
-"""The six measures in NumPy's single precision, written from the published formulas and not from the library's code.
+"""The six measures in NumPy's single precision, with this library's order of sums, written apart from its code.
 
 Counts are arrays of integers: bits set in A alone (a), in B alone (b), in both (c) and in neither (d).
 """
@@ -23,7 +23,7 @@ def score(measure, counts, alpha=0.0, beta=0.0):
         result = {
             "QXTanimoto": lambda: c / (a + b + c),
             "QXCosine": lambda: c / np.sqrt((a + c) * (b + c)),
-            "QXDice": lambda: (c + c) / (2 * exact_c.astype(float) + (exact_a + exact_b)).astype(F),
+            "QXDice": lambda: (c + c) / (2 * c.astype(float) + (a.astype(float) + b.astype(float))).astype(F),
             "QXEuclid": lambda: np.sqrt((c + d) / (a + b + c + d)),
             "QXTversky": lambda: c / (alpha * a + beta * b + c),
             "QXManhattan": lambda: (a + b) / (a + b + c + d),

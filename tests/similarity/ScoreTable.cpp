@@ -2,8 +2,8 @@
 //
 // Usage: qx_score_table NUMBITS [ALPHA BETA]... < HEX > SCORES
 //
-// One fingerprint a line. Writes the scores as raw floats: a square matrix, row after row, for each of the five
-// measures without coefficients and then for Tversky with each pair of coefficients.
+// One fingerprint a line. Writes the scores as raw floats: a square matrix, row after row, for each of the
+// five measures without coefficients and then for Tversky with each pair of coefficients.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// What the comparison of scores over real fingerprints does not reach: reports, allocations, counts that a float
-// cannot hold, and fingerprints of a few bits.
+// What the comparison of scores over real fingerprints does not reach: reports, allocations, counts that a
+// float cannot hold, and fingerprints of a few bits.
 
 #include "QXFingrix/QXSimilarity.h"
 
@@ -73,6 +73,16 @@ TEST(Similarity, SumsAreRoundedTermByTerm) {
                            2 / 16777220.0F, std::sqrt(2 / 16777216.0F),
                            1 / 8388609.0F,  1.0F};
   EXPECT_EQ(AllScores(a, b, 0.5F, 0.5F), expected);
+}
+
+TEST(Similarity, CountsAreWrittenWithOrWithoutTheFourth) {
+  const QXFingerPrint a = MakeFP(70, "1110");
+  const QXFingerPrint b = MakeFP(70, "0111110");
+  unsigned onlyA = 0, onlyB = 0, both = 0, neither = 0;
+  EXPECT_TRUE(QXGetBitCounts(a, b, &onlyA, &onlyB, &both, nullptr));
+  EXPECT_EQ((std::array{onlyA, onlyB, both}), (std::array{1U, 3U, 2U}));
+  EXPECT_TRUE(QXGetBitCounts(a, b, &onlyA, &onlyB, &both, &neither));
+  EXPECT_EQ(neither, 64U);
 }
 
 TEST(Similarity, RefusedFingerprintsScoreZeroWithOneReport) {
