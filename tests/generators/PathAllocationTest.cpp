@@ -104,5 +104,37 @@ TEST(PathAllocation, MillionsOfPathsNeedNoMoreMemoryThanOneBlockForEachLength) {
   EXPECT_LE(fp.CountBits(), maxbonds + 1);
 }
 
+// Every atom bonded to every other, each its own element.
+QXChem::QXGraphMol MakeCluster(unsigned numAtoms) {
+  std::vector<unsigned> elements;
+  std::vector<test::GraphBond> bonds;
+  for (unsigned i = 0; i < numAtoms; ++i) {
+    elements.push_back(21 + i);
+    for (unsigned j = 0; j < i; ++j) bonds.push_back({j, i});
+  }
+  return test::MakeGraph(elements, bonds);
+}
+
+TEST(PathAllocation, UnhashedPathsThatAreTooShortNeedNeitherMemoryNorTime) {
+  QXChem::QXGraphMol withTails = MakeCluster(8);  // the longest path goes from a tail through the cluster
+  for (unsigned tail = 8; tail < 11; ++tail) {
+    withTails.NewAtom(60 + tail);
+    withTails.NewBond(0, tail, 1);
+  }
+  QXChem::QXGraphMol large = MakeCluster(20);  // has more paths of 19 bonds than could ever be walked
+  large.NewAtom(60);
+  const struct {
+    const QXChem::QXGraphMol& mol;
+    unsigned minbonds;
+  } cases[] = {{withTails, 9}, {large, 20}};
+  for (const auto& [mol, minbonds] : cases) {
+    QXFingerPrint fp;
+    const std::size_t before = numBytes;
+    ASSERT_TRUE(QXMakeUnhashedPathFP(fp, mol, minbonds, 20, 1, 1));
+    EXPECT_LT(numBytes - before, 200'000u);
+    EXPECT_EQ(QXGetFPText(fp), "");
+  }
+}
+
 }  // namespace
 }  // namespace QXFingrix
