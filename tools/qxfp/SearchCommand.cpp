@@ -45,7 +45,7 @@ void Configure(QXSystem::QXInterface& itf) {
   AddScoreOptions(itf);
   AddRowFormOption(itf);
   QXFingrix::QXConfigureFPDatabaseOptions(
-      itf, QXFPDatabaseOptions(kDefaultLimit, QXFPDatabaseOptions().GetSimFunc()));
+      itf, QXFPDatabaseOptions(kDefaultLimit, QXFingrix::QXSimMeasure::Tanimoto));
   ConfigureFingerprintOptions(itf);
 }
 

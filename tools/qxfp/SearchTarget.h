@@ -33,7 +33,7 @@ class SearchTarget {
 };
 
 /// @name The two kinds of targets
-/// "-in" is the file; each adds options of its own and refuses those of the other.
+/// "-in" is the file; each refuses the options that only the other has a use for.
 /// Errors   null after a report; status then tells how the program ends.
 /// @{
 void AddFingerprintFileOptions(QXSystem::QXInterface& itf);
