@@ -12,22 +12,25 @@ class QXFingerPrint;
 class QXFPTypeBase;
 
 /// Makes the unhashed path fingerprint of a molecule: every path that QXMakePathFP would hash, as a readable
-/// token (see QXPathIdGenerator), in both directions. The tokens, as many times as they occur, in ascending
-/// byte order and joined by one blank, and a zero byte are stored as the bytes of the bit vector. Neither the
-/// order of the atoms nor their symmetry matters.
-/// Shape    0 <= minbonds <= maxbonds <= 20; atype and btype are masks of QXFPAtomType and QXFPBondType, not
-///          both 0. Anything else draws one Warning each and is replaced by the default (0, 5; minbonds =
-///          maxbonds; masks 191 and 3); the type of fp carries what was used.
+/// token (see QXPathIdGenerator), in both directions; but walks start at heavy atoms, so that a path that ends
+/// at a wildcard or at a hydrogen that preparation keeps stands in one direction only. The tokens, as many
+/// times as they occur, in ascending byte order and joined by one blank, and a zero byte are stored as the
+/// bytes of the bit vector. Neither the order of the atoms nor their symmetry matters.
+/// Shape    0 <= minbonds <= maxbonds <= 20; anything else draws one Warning each and is replaced by the
+///          default (0, 5; minbonds = maxbonds). atype and btype are masks of QXFPAtomType and QXFPBondType:
+///          bits that have no meaning there draw one Warning and are left out, masks that are then both 0 draw
+///          another and are replaced by 191 and 3. The type of fp carries what was used.
 /// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported. Paths
 ///          whose text would not fit: the same and the error "Max size for an QXBitVector is INT_MAX", as
 ///          soon as that is known. No memory: std::bad_alloc.
 /// Threads  safe on different fingerprints; mol is only read.
 /// Cost     one copy of mol, a step for every atom and bond of every path, and the text, whose length may
-///          grow exponentially with maxbonds in cages.
+///          grow exponentially with maxbonds in cages. Memory grows with the text, up to its limit of 256 MB.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
                                  unsigned maxbonds, unsigned atype, unsigned btype);
 
-/// The same with the parameters of an unhashed path type.
+/// The same with the parameters of an unhashed path type. Its masks are taken as they are, so that fp gets the
+/// type that was asked for: bits without a meaning have no effect on the tokens.
 /// Errors   a null type or one of another kind: the Warning "QXMakeUnhashedPathFP : invalid unhashed path
 ///          fingerprint type!", false, fp untouched.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);

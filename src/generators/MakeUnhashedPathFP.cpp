@@ -3,6 +3,7 @@
 
 #include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXFPAtomLabels.h"
+#include "QXFingrix/QXFPAtomTypes.h"
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPVersion.h"
 #include "QXFingrix/QXFingerPrint.h"
@@ -18,6 +19,8 @@ namespace QXFingrix {
 namespace {
 
 using QXSystem::QXThrow;
+
+constexpr const char* caller = "QXMakeUnhashedPathFP()";
 
 // What a thread keeps between calls.
 struct Workspace {
@@ -51,13 +54,24 @@ bool StoreTokens(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const TypePara
   return stored;
 }
 
-}  // namespace
+// Bits without a meaning would lead to a type that names other parameters or none.
+void RemoveUnknownMaskBits(TypeParams& params) {
+  using namespace QXFPAtomType;
+  constexpr unsigned allAtomTypes = DefaultAtom | InRing | EqArom | EqHBAcc | EqHBDon | HCount;
+  constexpr unsigned allBondTypes = QXFPBondType::DefaultBond | QXFPBondType::InRing;
+  const unsigned atype = params.atype & allAtomTypes;
+  const unsigned btype = params.btype & allBondTypes;
+  if (atype == params.atype && btype == params.btype) return;
+  QXThrow.Warning(
+      "%s : invalid atom type mask %u or bond type mask %u for path fingerprint (%u and %u are used)!",
+      caller, params.atype, params.btype, atype, btype);
+  params.atype = atype;
+  params.btype = btype;
+}
 
-bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
-                          unsigned maxbonds, unsigned atype, unsigned btype) {
-  const TypeParams given{0, minbonds, maxbonds, atype, btype};
+bool MakeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const TypeParams& given) {
   if (mol.IsValid()) {
-    const TypeParams params = CorrectPathParams("QXMakeUnhashedPathFP()", given);
+    const TypeParams params = CorrectPathParams(caller, given);
     if (StoreTokens(fp, mol, params)) {
       const auto version = static_cast<unsigned short>(QXGetFingerPrintVersion(QXFPType::UHPath));
       fp.SetFPTypeBase(QXGetUnhashedPathFPType(version, params.minDistance, params.maxDistance, params.atype,
@@ -69,6 +83,15 @@ bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsig
   return false;
 }
 
+}  // namespace
+
+bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
+                          unsigned maxbonds, unsigned atype, unsigned btype) {
+  TypeParams params{0, minbonds, maxbonds, atype, btype};
+  if (mol.IsValid()) RemoveUnknownMaskBits(params);
+  return MakeFP(fp, mol, params);
+}
+
 bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type) {
   const auto* pathType = dynamic_cast<const QXFPUnhashedPathType*>(type);
   if (!pathType) {
@@ -76,8 +99,7 @@ bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const
     return false;
   }
   if (pathType->GetID() & reservedUnhashedBits) QXThrow.Warning("Unrecognised data!");
-  const TypeParams params = UnpackTypeId(pathType->GetID());
-  return QXMakeUnhashedPathFP(fp, mol, params.minDistance, params.maxDistance, params.atype, params.btype);
+  return MakeFP(fp, mol, UnpackTypeId(pathType->GetID()));
 }
 
 }  // namespace QXFingrix

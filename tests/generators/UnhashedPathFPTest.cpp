@@ -166,6 +166,22 @@ TEST(UnhashedPathFP, ParametersOutOfRangeAreReportedAndReplaced) {
   EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {7, 22, 1, 0}); }), (Reports{high, crossed}));
   EXPECT_EQ(fp.GetFPTypeBase(), TypeOf({5, 5, 1, 0}));
   EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {20, 20, 0, 1}); }), silence);
+  const std::string used = " for path fingerprint (191 and 3 are used)!";
+  EXPECT_EQ(ReportsOf([&] {
+              MakeFP(fp, mol, {0, 5, 0x10000 + 2048 + 191, 3});
+            }),
+            Reports{start + "atom type mask 67775 or bond type mask 3" + used});
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf(defaults));
+  EXPECT_EQ(QXGetFPText(fp), TextOf(mol, defaults));
+  const std::string unknown =
+      "atom type mask 32768 or bond type mask 8 for path fingerprint (0 and 0 are used)!";
+  EXPECT_EQ(ReportsOf([&] { MakeFP(fp, mol, {0, 5, 32768, 8}); }), (Reports{start + unknown, noMasks}));
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf(defaults));
+  EXPECT_EQ(ReportsOf([&] {
+              EXPECT_TRUE(QXMakeUnhashedPathFP(fp, mol, TypeOf({0, 5, 2048 + 191, 3})));
+            }),
+            silence);
+  EXPECT_EQ(fp.GetFPTypeBase(), TypeOf({0, 5, 2048 + 191, 3}));
 }
 
 TEST(UnhashedPathFP, InvalidMoleculesAndTypesAreRefused) {
