@@ -13,10 +13,17 @@ constexpr unsigned maxBucketsPerLingo = 64;
 
 }  // namespace
 
-LingoTable::LingoTable(std::span<const std::uint32_t> lingos) {
-  isPerfect_ = lingos.size() <= maxPerfect && FindPerfectFactor(lingos);
-  if (!isPerfect_) shift_ = lingoBits - static_cast<unsigned>(std::bit_width(lingos.size() * 4));
-  Fill(lingos);
+LingoTable::LingoTable(std::span<const std::uint32_t> lingos)
+    : isPerfect_(lingos.size() <= maxPerfect && FindPerfectFactor(lingos)) {
+  const auto numLingos = static_cast<std::uint32_t>(lingos.size());
+  buckets_.resize(isPerfect_ ? std::size_t{1} << (lingoBits - shift_) : lingos.size() + 1);
+  for (std::uint32_t i = 0; i < buckets_.size(); ++i) {
+    buckets_[i] = {0, numLingos + i % numSpareSlots};
+  }
+  const View view = GetView();
+  for (std::uint32_t slot = 0; slot < numLingos; ++slot) {
+    buckets_[isPerfect_ ? view.Place(lingos[slot]) : slot] = {lingos[slot], slot};
+  }
 }
 
 // With 8 buckets for each of 40 Lingos about one factor in ten is free of collisions.
@@ -38,23 +45,6 @@ bool LingoTable::FindPerfectFactor(std::span<const std::uint32_t> lingos) {
     }
   }
   return false;
-}
-
-void LingoTable::Fill(std::span<const std::uint32_t> lingos) {
-  const auto numLingos = static_cast<std::uint32_t>(lingos.size());
-  const std::size_t numPlaces = std::size_t{1} << (lingoBits - shift_);
-  // Walking on from the last place needs no way round: in the worst case all Lingos stand behind it, and one
-  // empty bucket.
-  buckets_.resize(numPlaces + lingos.size() + 1);
-  for (std::uint32_t i = 0; i < buckets_.size(); ++i) {
-    buckets_[i] = {0, numLingos + i % numSpareSlots};
-  }
-  const View view = GetView();
-  for (std::uint32_t slot = 0; slot < numLingos; ++slot) {
-    Bucket* bucket = &buckets_[view.Place(lingos[slot])];
-    while (bucket->lingo != 0) ++bucket;
-    *bucket = {lingos[slot], slot};
-  }
 }
 
 }  // namespace QXChem

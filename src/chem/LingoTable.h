@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -20,11 +21,11 @@ inline std::uint32_t LoadLingo(const char* place) {
 ///
 /// Lingos are hashed by a multiplication. Up to maxPerfect of them, multipliers are tried until each Lingo has
 /// a bucket of its own: a lookup is then one load without a branch, which is what makes counting fast. Larger
-/// profiles are rare; their lookups walk on to the next bucket.
+/// profiles are rare; their Lingos are searched in ascending order, which no choice of Lingos can make slow.
 class LingoTable {
  public:
-  /// An empty bucket has the Lingo 0 and one of the slots n to n + numSpareSlots - 1. There are several of
-  /// them because a write to the slot of the last Lingo would hold up the next one.
+  /// An empty bucket has the Lingo 0 and one of the spare slots n to n + numSpareSlots - 1. There are several
+  /// of them because a write to the slot of the last Lingo would hold up the next one.
   struct Bucket {
     std::uint32_t lingo;
     std::uint32_t slot;
@@ -34,36 +35,33 @@ class LingoTable {
 
   /// What a lookup needs, to be copied out of the reach of the loop's writes.
   struct View {
-    const Bucket* buckets;
+    std::span<const Bucket> buckets;
     std::uint32_t factor;
     unsigned shift;
 
     std::size_t Place(std::uint32_t lingo) const { return (lingo * factor) >> shift; }
-    /// The bucket that holds the Lingo, or one that does not when the table has none. isPerfect must not be
-    /// claimed of a table that is not.
+    /// The bucket that holds the Lingo, or one that does not when the table has none. isPerfect is that of the
+    /// table.
     template <bool isPerfect>
     Bucket Find(std::uint32_t lingo) const {
-      const Bucket* bucket = buckets + Place(lingo);
-      if constexpr (!isPerfect) {
-        while (bucket->lingo != lingo && bucket->lingo != 0) ++bucket;
-      }
-      return *bucket;
+      if constexpr (isPerfect) return buckets[Place(lingo)];
+      return *std::ranges::lower_bound(buckets.first(buckets.size() - 1), lingo, {}, &Bucket::lingo);
     }
   };
 
   LingoTable() = default;
-  /// Slots are the places of the Lingos, which are distinct and not 0.
+  /// Slots are the places of the Lingos, which are ascending, distinct and not 0.
   explicit LingoTable(std::span<const std::uint32_t> lingos);
 
   bool IsPerfect() const { return isPerfect_; }
-  View GetView() const { return {buckets_.data(), factor_, shift_}; }
+  View GetView() const { return {buckets_, factor_, shift_}; }
 
  private:
   bool FindPerfectFactor(std::span<const std::uint32_t> lingos);
-  void Fill(std::span<const std::uint32_t> lingos);
 
+  // When perfect, by place; else ascending, and a last one that is none.
   std::vector<Bucket> buckets_;
-  std::uint32_t factor_ = 0x9E3779B1;  // odd, near 2^32 divided by the golden ratio
+  std::uint32_t factor_ = 0;
   unsigned shift_ = 0;
   bool isPerfect_ = false;
 };
