@@ -30,6 +30,17 @@ struct QXBitCountKernel {
   void (*countAnd)(const std::uint64_t* query, std::size_t numWords, const std::uint64_t* records,
                    std::size_t stride, std::size_t numRecords, std::uint32_t* both);
 
+  /// Counts the bits that each query of a group shares with each record of a block: both[q * bothStride + i] =
+  /// popcount(query q AND record i).
+  /// Shape    queries: numQueries of numWords words, queryStride words apart; records: as for countAnd; both:
+  ///          numQueries rows of numRecords counts, bothStride counts apart. Any numbers, 0 included; tiles
+  ///          that the caches hold, and multiples of 8 queries and 8 records, are fastest.
+  /// Cost     O(numWords numQueries numRecords), no allocation; each record is loaded once for several
+  ///          queries.
+  void (*countAndTile)(const std::uint64_t* queries, std::size_t queryStride, std::size_t numQueries,
+                       const std::uint64_t* records, std::size_t stride, std::size_t numRecords,
+                       std::size_t numWords, std::uint32_t* both, std::size_t bothStride);
+
   /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
   void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,
                     std::uint64_t* ofB, std::uint64_t* both);

@@ -69,7 +69,8 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetAvx2Kernel() {
-  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountPair};
+  return {"avx2",   [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountAndTile,
+          CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -47,7 +47,7 @@ QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
-  return {"avx512", isSupported, Count, CountAnd, CountPair};
+  return {"avx512", isSupported, Count, CountAnd, CountAndTile, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -44,7 +44,8 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetPopcntKernel() {
-  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountPair};
+  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountAndTile,
+          CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -68,7 +68,7 @@ struct Lanes {
 }  // namespace
 
 QXBitCountKernel GetPortableKernel() {
-  return {"portable", [] { return true; }, Count, CountAnd, CountPair};
+  return {"portable", [] { return true; }, Count, CountAnd, CountAndTile, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

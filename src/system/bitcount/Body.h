@@ -49,6 +49,18 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
+QX_KERNEL_TARGET void CountAndTile(const std::uint64_t* queries, std::size_t queryStride,
+                                   std::size_t numQueries, const std::uint64_t* records, std::size_t stride,
+                                   std::size_t numRecords, std::size_t numWords, std::uint32_t* both,
+                                   std::size_t bothStride) {
+  for (std::size_t i = 0; i < numRecords; ++i) {
+    for (std::size_t q = 0; q < numQueries; ++q) {
+      both[q * bothStride + i] =
+          static_cast<std::uint32_t>(CountShared<false>(queries + q * queryStride, records + i * stride, numWords));
+    }
+  }
+}
+
 QX_KERNEL_TARGET void CountPair(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords,
                                 std::uint64_t* ofA, std::uint64_t* ofB, std::uint64_t* both) {
   Lanes::Sum sumA{};
