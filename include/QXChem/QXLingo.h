@@ -24,12 +24,14 @@ class QX_API QXLingoMap {
   static constexpr unsigned maxAtoms = 5000;
 
   /// Writes the Lingo text of a molecule: its canonical SMILES without stereo, isotopes and atom maps, every
-  /// ring closure written as 0, Cl as L and Br as R, in brackets too ([L-]). Charges and hydrogen counts stay. Neither
-  /// the order of the atoms nor the drawing matters, nor whether hydrogens stand in the graph.
+  /// ring closure written as 0, Cl as L and Br as R, in brackets too ([L-]). Charges and hydrogen counts
+  /// stay. Neither the order of the atoms nor the drawing matters, nor whether hydrogens stand in the graph,
+  /// except those on a wildcard or on another hydrogen: these stay atoms.
   /// Shape    text: replaced; empty for an empty molecule.
-  /// Errors   false and an empty text for an invalid molecule, for one that the valence model does not allow,
-  ///          and above maxAtoms; nothing is reported.
-  /// Cost     that of a canonical SMILES, about 0.1 milliseconds for a drug-like molecule.
+  /// Errors   false and an empty text for an invalid molecule, above maxAtoms, and for a structure that
+  ///          RDKit, which writes the SMILES, refuses: impossible valences above all. Nothing is reported.
+  /// Cost     that of a canonical SMILES, about 0.1 milliseconds for a drug-like molecule; as much of the
+  ///          calling thread's stack as QXCreateSmiles().
   bool CreateString(std::string& text, const QXMolBase& mol) const;
 };
 
@@ -58,7 +60,9 @@ class QX_API QXLingoSim {
   /// Counts the Lingos of a second text against those of the profile: `both` is the size of the multiset
   /// intersection, the other two what is left on either side.
   /// Errors   false, counts untouched, for a profile that is not valid. Any bytes may stand in the text.
-  /// Cost     O(both lengths), no allocation once a thread has seen the longest profile.
+  /// Cost     O(both lengths), no allocation. A profile of more than 256 distinct Lingos: each Lingo of the
+  ///          text costs a binary search and each call a copy of the profile's counts, in memory that a thread
+  ///          keeps and enlarges for the largest profile so far.
   bool CountTerms(std::string_view text, unsigned* onlyProfile, unsigned* onlyText, unsigned* both) const;
 
  private:

@@ -32,8 +32,10 @@ QX_API bool QXReadMolBlock(QXMolBase& mol, std::string_view block, std::string& 
 QX_API bool QXReadMol2(QXMolBase& mol, std::string_view block, std::string& reason);
 
 /// Canonical SMILES without stereo, isotopes and map numbers included. Empty for an invalid or empty
-/// molecule, for one that the valence model does not allow, and above 5,000 atoms.
-/// Cost     tens of microseconds, growing with the square of the number of atoms.
+/// molecule, above 5,000 atoms, and for a structure that RDKit, which writes it, refuses: impossible valences
+/// above all.
+/// Cost     tens of microseconds, growing with the square of the number of atoms. RDKit writes by recursion:
+///          a chain of 5,000 atoms takes up to 4 MB of the calling thread's stack, shorter ones in proportion.
 QX_API std::string QXCreateSmiles(const QXMolBase& mol);
 
 }  // namespace QXChem

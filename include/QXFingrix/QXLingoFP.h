@@ -17,11 +17,11 @@ class QXFingerPrint;
 /// as the bytes of the bit vector. Its type is Lingo of the current version.
 /// Shape    8 (length + 1) bits; 1 clear bit for a molecule that is empty once prepared.
 /// Errors   an invalid molecule: false, the type of fp cleared, nothing reported. A molecule without a Lingo
-///          text (more than QXLingoMap::maxAtoms, impossible valences): the same and one Warning. A text too
-///          long for a bit vector: error "Max size for an QXBitVector is INT_MAX", bits untouched, type set,
-///          true.
+///          text (see QXLingoMap::CreateString): the same and one Warning. A text too long for a bit vector:
+///          error "Max size for an QXBitVector is INT_MAX", bits untouched, type set, true.
 /// Threads  safe on different fingerprints.
-/// Cost     a canonical SMILES, about 0.1 milliseconds, and a copy of a molecule that is not prepared.
+/// Cost     that of QXLingoMap::CreateString, about 0.1 milliseconds, and a copy of a molecule that is not
+///          prepared.
 QX_API bool QXMakeLingoFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
 
 /// The part of a stored Lingo fingerprint that tells its parameters: it has none, so nothing is read from and
@@ -37,10 +37,12 @@ QX_API bool QXWriteLingoFingerPrintType(std::ostream& out, const QXFingerPrint& 
 QX_API bool QXGetLingoSimTerms(const QXFingerPrint& a, const QXFingerPrint& b, unsigned* onlyA,
                                unsigned* onlyB, unsigned* both);
 
-/// Counts the Lingos of b against a profile.
+/// Counts the Lingos of b against a profile. A text shorter than four characters is one Lingo here (see
+/// QXLingoSim), so that counts of such texts, and scores that depend on their size such as Manhattan, differ
+/// from those of the two fingerprints.
 /// Errors   false and the Warning "lingo is not initialized" for a profile that is not valid, counts
 ///          untouched.
-/// Cost     O(both lengths), no allocation; about a tenth of a microsecond for drug-like molecules.
+/// Cost     that of QXLingoSim::CountTerms, about a tenth of a microsecond for drug-like molecules.
 QX_API bool QXGetLingoSimTerms(const QXChem::QXLingoSim& profile, const QXFingerPrint& b, unsigned* onlyA,
                                unsigned* onlyB, unsigned* both);
 

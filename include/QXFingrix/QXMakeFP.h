@@ -13,8 +13,8 @@ namespace QXFingrix {
 /// Makes the fingerprint of a molecule that a descriptor asks for; the molecule is not changed. So far there
 /// are generators for Path, Lingo and UHPath; MACCS166, Circular, Tree, UHCircular and UHTree have none.
 /// Errors   false, silently and with fp untouched, for a null descriptor and for a kind that has no
-///          generator; else what the generator answers (false for an invalid molecule). Never throws for bad
-///          input.
+///          generator; else what the generator answers (false for an invalid molecule). Bad input throws
+///          nothing; where memory runs out, std::bad_alloc may pass, and fp is then not to be relied on.
 /// Threads  safe on distinct fingerprints.
 QX_API bool QXMakeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 

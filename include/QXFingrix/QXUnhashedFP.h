@@ -12,14 +12,14 @@ class QXFingerPrint;
 class QXFPTypeBase;
 
 /// Makes the unhashed path fingerprint of a molecule: every path that QXMakePathFP would hash, as a readable
-/// token (see QXPathIdGenerator), in both directions; but walks start at heavy atoms, so that a path that ends
-/// at a wildcard or at a hydrogen that preparation keeps stands in one direction only. The tokens, as many
-/// times as they occur, in ascending byte order and joined by one blank, and a zero byte are stored as the
-/// bytes of the bit vector. Neither the order of the atoms nor their symmetry matters.
+/// token (see QXPathIdGenerator), in both directions; but walks start at heavy atoms, so that a path that
+/// ends at a wildcard or at a hydrogen that preparation keeps stands in one direction only. The tokens, as
+/// many times as they occur, in ascending byte order and joined by one blank, and a zero byte are stored as
+/// the bytes of the bit vector. Neither the order of the atoms nor their symmetry matters.
 /// Shape    0 <= minbonds <= maxbonds <= 20; anything else draws one Warning each and is replaced by the
 ///          default (0, 5; minbonds = maxbonds). atype and btype are masks of QXFPAtomType and QXFPBondType:
-///          bits that have no meaning there draw one Warning and are left out, masks that are then both 0 draw
-///          another and are replaced by 191 and 3. The type of fp carries what was used.
+///          bits that have no meaning there draw one Warning and are left out, masks that are then both 0
+///          draw another and are replaced by 191 and 3. The type of fp carries what was used.
 /// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported. Paths
 ///          whose text would not fit: the same and the error "Max size for an QXBitVector is INT_MAX", as
 ///          soon as that is known. No memory: std::bad_alloc.
@@ -29,8 +29,8 @@ class QXFPTypeBase;
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
                                  unsigned maxbonds, unsigned atype, unsigned btype);
 
-/// The same with the parameters of an unhashed path type. Its masks are taken as they are, so that fp gets the
-/// type that was asked for: bits without a meaning have no effect on the tokens.
+/// The same with the parameters of an unhashed path type. Its masks are taken as they are, so that fp gets
+/// the type that was asked for: bits without a meaning have no effect on the tokens.
 /// Errors   a null type or one of another kind: the Warning "QXMakeUnhashedPathFP : invalid unhashed path
 ///          fingerprint type!", false, fp untouched.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);

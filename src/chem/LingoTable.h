@@ -19,9 +19,10 @@ inline std::uint32_t LoadLingo(const char* place) {
 
 /// Gives every Lingo of a profile a slot, 0 to n - 1, and all other Lingos some slot or other.
 ///
-/// Lingos are hashed by a multiplication. Up to maxPerfect of them, multipliers are tried until each Lingo has
-/// a bucket of its own: a lookup is then one load without a branch, which is what makes counting fast. Larger
-/// profiles are rare; their Lingos are searched in ascending order, which no choice of Lingos can make slow.
+/// Lingos are hashed by a multiplication. Up to maxPerfect of them, multipliers are tried until each Lingo
+/// has a bucket of its own: a lookup is then one load without a branch, which is what makes counting fast.
+/// Larger profiles are rare; their Lingos are searched in ascending order, which no choice of Lingos can make
+/// slow.
 class LingoTable {
  public:
   /// An empty bucket has the Lingo 0 and one of the spare slots n to n + numSpareSlots - 1. There are several
@@ -40,8 +41,8 @@ class LingoTable {
     unsigned shift;
 
     std::size_t Place(std::uint32_t lingo) const { return (lingo * factor) >> shift; }
-    /// The bucket that holds the Lingo, or one that does not when the table has none. isPerfect is that of the
-    /// table.
+    /// The bucket that holds the Lingo, or one that does not when the table has none. isPerfect is that of
+    /// the table.
     template <bool isPerfect>
     Bucket Find(std::uint32_t lingo) const {
       if constexpr (isPerfect) return buckets[Place(lingo)];

@@ -22,7 +22,8 @@ bool StoreLingoText(QXFingerPrint& fp, const QXLingoMap& generator, const QXChem
   std::string text;
   if (!generator.CreateString(text, mol)) {
     QXSystem::QXThrow.Warning(
-        "QXMakeLingoFP() : no Lingo text for a molecule of %u atoms (at most %u, with possible valences)!",
+        "QXMakeLingoFP() : no Lingo text for a molecule of %u atoms (more than %u, or a structure that "
+        "cannot be written)!",
         mol.NumAtoms(), QXLingoMap::maxAtoms);
     fp.SetFPTypeBase(nullptr);
     return false;
