@@ -11,7 +11,9 @@ class QXLingoSim;
 
 namespace QXFingrix {
 
-/// A measure of Lingo fingerprints that compares the profile of a query, built once, with many entries.
+/// A measure of Lingo fingerprints that compares the profile of a query, built once, with many entries: for
+/// a caller's own loops. QXFPDatabase takes none of these; given the same measure it gives the same scores,
+/// from the texts in its own storage.
 class QX_API QXLingoSimFunc : public QXSimFuncBase {
  public:
   /// 0.0, whatever the fingerprints: these measures need a profile. QXTanimoto and its siblings compare two
@@ -20,7 +22,7 @@ class QX_API QXLingoSimFunc : public QXSimFuncBase {
 
   /// The measure of QXSimilarity.h on the Lingo counts of profile and entry.
   /// Errors   0.0 and the Warning "lingo is not initialized" for a profile that is not valid.
-  /// Cost     O(both lengths), no allocation.
+  /// Cost     that of QXLingoSim::CountTerms.
   virtual float operator()(const QXChem::QXLingoSim& profile, const QXFingerPrint& entry) const = 0;
 
   QXLingoSimFunc* CreateCopy() const override = 0;
