@@ -25,7 +25,8 @@ class QXFPTypeBase;
 ///          soon as that is known. No memory: std::bad_alloc.
 /// Threads  safe on different fingerprints; mol is only read.
 /// Cost     one copy of mol, a step for every atom and bond of every path, and the text, whose length may
-///          grow exponentially with maxbonds in cages. Memory grows with the text, up to its limit of 256 MB.
+///          grow exponentially with maxbonds in cages. Memory is bounded by a multiple of the text, which
+///          is at most 256 MB; time is not, where long paths are asked for that hardly exist.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
                                  unsigned maxbonds, unsigned atype, unsigned btype);
 
