@@ -21,4 +21,23 @@ class QXSimScore {
   unsigned idx_ = NoIndex;
 };
 
+/// One pair of a comparison all against all: two entries of one collection and their score.
+class QXSimScorePair {
+ public:
+  constexpr QXSimScorePair() = default;
+  constexpr QXSimScorePair(unsigned first, unsigned second, float score)
+      : first_(first), second_(second), score_(score) {}
+
+  constexpr unsigned GetFirstIdx() const { return first_; }
+  constexpr unsigned GetSecondIdx() const { return second_; }
+  constexpr float GetScore() const { return score_; }
+
+  friend constexpr bool operator==(const QXSimScorePair&, const QXSimScorePair&) = default;
+
+ private:
+  unsigned first_ = QXSimScore::NoIndex;
+  unsigned second_ = QXSimScore::NoIndex;
+  float score_ = 0.0F;
+};
+
 }  // namespace QXFingrix

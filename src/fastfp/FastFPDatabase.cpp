@@ -46,6 +46,18 @@ bool CheckMeasure(const QXFPDatabaseOptions& options, const char* caller) {
   return false;
 }
 
+bool CheckVariogram(const Impl& impl, const std::vector<float>& values, const QXFPDatabaseOptions& options,
+                    const char* caller) {
+  if (options.GetSimFunc() == QXSimMeasure::Tversky) {
+    return Refuse(caller, "Tversky similarity is not supported!");
+  }
+  if (values.size() == impl.NumFingerPrints()) return true;
+  QXThrow.Warning("%s : %llu values for %llu fingerprints!", caller,
+                  static_cast<unsigned long long>(values.size()),
+                  static_cast<unsigned long long>(impl.NumFingerPrints()));
+  return false;
+}
+
 const QXFingerPrint* MakeQuery(const Impl&, const QXFingerPrint& fp, QXFingerPrint&, const char*) {
   return &fp;
 }
@@ -182,6 +194,34 @@ SimScoreIter QXFastFPDatabase::GetSortedScores(const QXChem::QXMolBase& mol,
 SimScoreIter QXFastFPDatabase::GetSortedScores(std::uint64_t index,
                                                const QXFPDatabaseOptions& options) const {
   return RunQuery(impl_.get(), &Impl::GetSortedScores, index, options, "QXFastFPDatabase::GetSortedScores()");
+}
+
+std::vector<float> QXFastFPDatabase::GetAllScores(const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetAllScores()";
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {};
+  return impl_->GetAllScores(options);
+}
+
+QXFPHistogram QXFastFPDatabase::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetHistogram()";
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {numBins, 0.0, 1.0};
+  return impl_->GetHistogram(options, numBins);
+}
+
+QXFPVariogram QXFastFPDatabase::GetVariogram(const std::vector<float>& values,
+                                             const QXFPDatabaseOptions& options, unsigned numBins) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetVariogram()";
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller) ||
+      !CheckVariogram(*impl_, values, options, caller)) {
+    return {numBins, 0.0, 1.0};
+  }
+  return impl_->GetVariogram(values, options, numBins);
+}
+
+QXSystem::QXIter<QXSimScorePair> QXFastFPDatabase::GetSparseMatrix(const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetSparseMatrix()";
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {};
+  return impl_->GetSparseMatrix(options);
 }
 
 unsigned QXFastFPDatabase::SortedSearch(QXSimSearchResult& result, const QXChem::QXMolBase& mol,

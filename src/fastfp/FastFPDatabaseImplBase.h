@@ -6,6 +6,7 @@
 
 #include "QXChem/QXMolBase.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFPHistogram.h"
 #include "QXFingrix/QXFastFPDatabase.h"
 #include "QXFingrix/QXFastFPDatabaseParams.h"
 #include "QXFingrix/QXFingerPrint.h"
@@ -32,6 +33,11 @@ class QXFastFPDatabaseImplBase {
   virtual std::string GetMemoryTypeString() const = 0;
   virtual SimScoreIter GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
   virtual SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
+  virtual std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const = 0;
+  virtual QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const = 0;
+  virtual QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,
+                                     unsigned numBins) const = 0;
+  virtual QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options) const = 0;
   virtual unsigned SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
                                 const QXFPDatabaseOptions& options) const = 0;
   /// A stored record. Errors: false, without a report of what the record holds.

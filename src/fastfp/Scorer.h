@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXSimMeasure.h"
@@ -22,24 +23,47 @@ class Scorer {
 
   /// recordBits of the record's bits are set, sharedBits of them in the query too.
   double operator()(std::uint64_t recordBits, std::uint64_t sharedBits) const {
-    const auto a = static_cast<double>(recordBits);
-    const auto c = static_cast<double>(sharedBits);
+    double score = 0.0;
+    WithMeasure([&](auto measure) {
+      score = Score<measure>(static_cast<double>(recordBits), static_cast<double>(sharedBits));
+    });
+    return score;
+  }
+
+  /// Calls use with the measure as a constant for Score, so that loops decide it once.
+  template <class Use>
+  void WithMeasure(Use use) const {
     switch (measure_) {
       case QXSimMeasure::Tanimoto:
-        return sharedBits == 0 ? 0.0 : c / (a + b_ - c);
+        return use(Constant<QXSimMeasure::Tanimoto>());
       case QXSimMeasure::Cosine:
-        return recordBits == 0 || sharedBits == 0 || b_ == 0.0 ? 0.0 : c / std::sqrt(a * b_);
+        return use(Constant<QXSimMeasure::Cosine>());
       case QXSimMeasure::Dice:
-        return a + b_ == 0.0 ? 0.0 : 2.0 * c / (a + b_);
+        return use(Constant<QXSimMeasure::Dice>());
       case QXSimMeasure::Euclid:
-        return std::sqrt((n_ - a - b_ + 2.0 * c) / n_);
-      case QXSimMeasure::Tversky: {
-        const double denominator = alpha_ * (b_ - c) + beta_ * (a - c) + c;
-        return denominator == 0.0 ? 0.0 : c / denominator;
-      }
-      default:  // Manhattan
-        return (a + b_ - 2.0 * c) / n_;
+        return use(Constant<QXSimMeasure::Euclid>());
+      case QXSimMeasure::Tversky:
+        return use(Constant<QXSimMeasure::Tversky>());
+      default:
+        return use(Constant<QXSimMeasure::Manhattan>());
     }
+  }
+
+  /// The score of a record with a bits set, c of them in the query too; without a branch.
+  template <unsigned measure>
+  double Score(double a, double c) const {
+    if constexpr (measure == QXSimMeasure::Tanimoto) return Ratio(c, a + b_ - c, c == 0.0);
+    if constexpr (measure == QXSimMeasure::Cosine) {
+      const double product = a * b_;
+      return Ratio(c, std::sqrt(product), product == 0.0);
+    }
+    if constexpr (measure == QXSimMeasure::Dice) return Ratio(2.0 * c, a + b_, a + b_ == 0.0);
+    if constexpr (measure == QXSimMeasure::Euclid) return std::sqrt((n_ - a - b_ + 2.0 * c) / n_);
+    if constexpr (measure == QXSimMeasure::Tversky) {
+      const double denominator = alpha_ * (b_ - c) + beta_ * (a - c) + c;
+      return Ratio(c, denominator, denominator == 0.0);
+    }
+    if constexpr (measure == QXSimMeasure::Manhattan) return (a + b_ - 2.0 * c) / n_;
   }
 
   /// More than what roundings make Tversky scores, a few units in the last place, miss the order by.
@@ -49,6 +73,14 @@ class Scorer {
   bool RisesWithSharedBits() const { return measure_ != QXSimMeasure::Manhattan; }
 
  private:
+  template <unsigned measure>
+  using Constant = std::integral_constant<unsigned, measure>;
+
+  // 0 where there is no ratio. Written so that compilers find no branch in it and take several at a time.
+  static double Ratio(double numerator, double denominator, bool isNone) {
+    return numerator * (isNone ? 0.0 : 1.0) / (denominator + (isNone ? 1.0 : 0.0));
+  }
+
   unsigned measure_;
   double n_;
   double b_;
