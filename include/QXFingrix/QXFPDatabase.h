@@ -23,13 +23,15 @@ class QXFPDatabaseImplBase;
 ///
 /// The measure is Tanimoto, the order descending and no cutoff is set until told otherwise.
 /// Threads  queries may run at once while nobody adds entries or changes settings.
-/// Cost     memory is that of the fingerprints' words and about 24 bytes for each; unhashed fingerprints also
-///          keep 4 bytes for each token, and every token once.
+/// Cost     memory from some 10,000 entries on is that of the fingerprints' words and about 24 bytes for
+///          each, and up to 0.7 times as much reserved for more; small databases of bits take more, a few
+///          hundred bytes for each group of similar bit counts. Unhashed fingerprints also keep 4 bytes for
+///          each token, and every token once.
 class QX_API QXFPDatabase {
  public:
   /// Of a kind's default type; see namespace QXFPType.
   /// Errors   error "QXFPDatabase::QXFPDatabase() unknown fingerprint type", and a database that is not
-  ///          valid: it takes no entries and finds nothing.
+  ///          valid, like one that was moved from: it takes no entries and finds nothing.
   explicit QXFPDatabase(unsigned fptype);
   /// Of a type. Errors: as above, for null too.
   explicit QXFPDatabase(const QXFPTypeBase* type);
@@ -46,6 +48,7 @@ class QX_API QXFPDatabase {
   unsigned NumFingerPrints() const;
   /// The entries in index order. The iterator looks at the database: use it while that lives and no entry is
   /// added.
+  /// Errors   std::bad_alloc without memory, also from the iterator when it moves.
   QXSystem::QXIter<QXFingerPrint> GetFingerPrints() const;
 
   /// Appends a copy of a fingerprint and returns its index.
@@ -64,7 +67,8 @@ class QX_API QXFPDatabase {
   void SetSimFunc(unsigned measure, bool descending = true);
   /// Installs a copy of a measure and sets the order.
   /// Errors   refused with a Warning by a Lingo or unhashed database, and when the measure's CreateCopy()
-  ///          gives none: the measure stays, and the order.
+  ///          gives none: the measure stays, and the order. So they do when CreateCopy() throws, such as
+  ///          std::bad_alloc.
   /// Cost     measures of one's own are called once for each entry; the six of QXSimFunc.h run as fast as by
   ///          number.
   void SetSimFunc(const QXSimFuncBase& func, bool descending = true);
@@ -81,14 +85,17 @@ class QX_API QXFPDatabase {
   // options their cutoff, order, measure and coefficients count instead of the database's, and all entries
   // are looked at. A molecule stands for its fingerprint of the database's type.
   // Errors   an empty iterator and the Warning "QXFPDatabase::GetScores() fingerprint type mismatch!"
-  //          (respectively GetSortedScores()) when the query's type is another one; a Warning and an empty
-  //          iterator when the fingerprint of a molecule cannot be made, when a Lingo query holds no Lingo
-  //          text ("... cannot initialize lingo similarity!"), or when there is no memory for the scores. An
-  //          entry of another size than the query is reported and scored as the measure's function does it.
-  //          Nothing is reported for a database that is not valid: its constructor has done so.
+  //          (respectively GetSortedScores()) when the query's type is another one, or none; a Warning and
+  //          an empty iterator when the fingerprint of a molecule cannot be made, when a Lingo query holds no
+  //          Lingo text ("... cannot initialize lingo similarity!"), or when there is no memory for the
+  //          scores. An entry of another size than the query is reported, in no particular order, and scored
+  //          as the measure's function does it. What a measure of one's own throws gets through, but for
+  //          std::bad_alloc, which counts as no memory for the scores. Nothing is reported for a database
+  //          that is not valid.
 
   /// The scores of the entries in index order. With a cutoff, those that reach it: in descending order
   /// scores at or above it, in ascending order scores at or below it.
+  /// Cost     one pass; memory is 16 bytes for each score kept, at most 32 with a cutoff.
   QXSystem::QXIter<QXSimScore> GetScores(const QXFingerPrint& query, unsigned begin = 0,
                                          unsigned end = 0) const;
   QXSystem::QXIter<QXSimScore> GetScores(const QXChem::QXMolBase& query, unsigned begin = 0,

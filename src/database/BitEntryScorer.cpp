@@ -1,40 +1,42 @@
 #include "database/BitEntryScorer.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "QXFingrix/QXSimilarity.h"
-#include "database/BitCountLane.h"
+#include "QXSystem/QXBitCountKernel.h"
 
 namespace QXFingrix {
 
 namespace {
 
-// The filter keeps 8 bytes for each bit of a fingerprint; beyond this it would cost more than it saves.
+// The filter keeps 8 bytes for each bit of a fingerprint: too much beyond this, and not worth making for few
+// entries.
 constexpr unsigned maxFilteredBits = 65536;
+constexpr unsigned filteredBitsPerEntry = 32;
 
 constexpr std::size_t blockSize = 256;  // so that a block's counts are read while it is in the first cache
 
 }  // namespace
 
-BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const QXFingerPrint& query,
-                               const Measure& measure, bool descending)
+BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const BitCountBins& bins,
+                               const QXFingerPrint& query, const MeasureFormula& measure, bool descending)
     : store_(store),
+      bins_(bins),
       query_(query),
-      formula_(measure.Formula()),
+      queryBits_(query.CountBits()),
+      measure_(measure),
       descending_(descending),
-      scorer_(measure, query.GetSize(), query.CountBits()) {
-  if (measure.IsMonotone() && query.GetSize() <= maxFilteredBits) {
-    filter_.emplace(scorer_, descending, query.GetSize(), query.CountBits());
-  }
-}
+      scorer_(measure, query.GetSize(), queryBits_) {}
 
 template <class Visit, class VisitOther>
-void BitEntryScorer::ForBlocks(unsigned lane, unsigned begin, unsigned end, Visit visit,
+void BitEntryScorer::ForBlocks(unsigned bin, unsigned begin, unsigned end, Visit visit,
                                VisitOther visitOther) {
   const auto countAnd = QXSystem::QXGetBitCountKernel().countAnd;
   const std::span<const std::uint64_t> query = query_.GetWords();
   std::array<std::uint32_t, blockSize> shared;
-  store_.ForRuns(lane, begin, end, blockSize, [&](const Block& block) {
+  bins_.ForRuns(bin, begin, end, blockSize, [&](const Block& block) {
     if (block.numBits == query_.GetSize()) {
       countAnd(query.data(), query.size(), block.words, query.size(), block.entries.size(), shared.data());
       visit(block, shared.data());
@@ -45,9 +47,9 @@ void BitEntryScorer::ForBlocks(unsigned lane, unsigned begin, unsigned end, Visi
 }
 
 void BitEntryScorer::Score(unsigned begin, unsigned end, QXSimScore* out) {
-  for (unsigned lane = 0; lane < store_.NumLanes(); ++lane) {
+  for (unsigned bin = 0; bin < bins_.NumBins(); ++bin) {
     ForBlocks(
-        lane, begin, end,
+        bin, begin, end,
         [&](const Block& block, const std::uint32_t* shared) {
           for (std::size_t k = 0; k < block.entries.size(); ++k) {
             const unsigned i = block.entries[k];
@@ -58,53 +60,61 @@ void BitEntryScorer::Score(unsigned begin, unsigned end, QXSimScore* out) {
   }
 }
 
-// The lanes nearest to the query's come first: they have the best similarities and raise the bar.
 void BitEntryScorer::Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) {
-  const unsigned numLanes = store_.NumLanes();
-  const unsigned above = std::min(BitCountLane(query_.CountBits()), numLanes);
-  unsigned numBelow = above;  // lanes still to come below and, from `next` on, above
-  for (unsigned next = above; next < numLanes || numBelow > 0;) {
-    if (next < numLanes) OfferLane(next++, begin, end, hits);
-    if (numBelow > 0) OfferLane(--numBelow, begin, end, hits);
+  OfferBins(begin, end, hits);
+}
+
+void BitEntryScorer::Offer(unsigned begin, unsigned end, CutoffHits& hits) {
+  OfferBins(begin, end, hits);
+}
+
+// The bins nearest to the query's come first: when similar entries are wanted, the best are there and raise
+// the bar.
+template <class Hits>
+void BitEntryScorer::OfferBins(unsigned begin, unsigned end, Hits& hits) {
+  const unsigned size = query_.GetSize();
+  if (measure_.IsMonotone() && size <= maxFilteredBits && end - begin >= size / filteredBitsPerEntry) {
+    filter_.emplace(scorer_, descending_, size, queryBits_);
+  }
+  const unsigned numBins = bins_.NumBins();
+  const unsigned above = std::min(BitCountBins::BinOf(queryBits_), numBins);
+  unsigned numBelow = above;  // bins still to come below and, from `next` on, above
+  for (unsigned next = above; next < numBins || numBelow > 0;) {
+    if (next < numBins) OfferBin(next++, begin, end, hits);
+    if (numBelow > 0) OfferBin(--numBelow, begin, end, hits);
   }
 }
 
-bool BitEntryScorer::CanReach(unsigned lane, double bar) const {
-  if (!filter_ || !store_.HasOneSize(lane, query_.GetSize())) return true;
-  const unsigned last = std::min(FirstBitCount(lane + 1) - 1, query_.GetSize());
-  for (unsigned bits = FirstBitCount(lane); bits <= last; ++bits) {
+bool BitEntryScorer::CanReach(unsigned bin, double bar) const {
+  if (!filter_ || !bins_.HasOneSize(bin, query_.GetSize())) return true;
+  const unsigned last = std::min(BitCountBins::FirstBitCount(bin + 1) - 1, query_.GetSize());
+  for (unsigned bits = BitCountBins::FirstBitCount(bin); bits <= last; ++bits) {
     if (filter_->CanReach(bits, bar)) return true;
   }
   return false;
 }
 
-void BitEntryScorer::OfferLane(unsigned lane, unsigned begin, unsigned end, QXFPDatabaseHitList& hits) {
-  if (!CanReach(lane, hits.GetBar().GetScore())) return;
+template <class Hits>
+void BitEntryScorer::OfferBin(unsigned bin, unsigned begin, unsigned end, Hits& hits) {
+  if (!CanReach(bin, hits.GetBar().GetScore())) return;
   ForBlocks(
-      lane, begin, end,
+      bin, begin, end,
       [&](const Block& block, const std::uint32_t* shared) { OfferBlock(block, shared, hits); },
       [&](unsigned i) { hits.AddHit(QXSimScore(i, double{ScoreOtherSize(i)})); });
 }
 
-void BitEntryScorer::OfferBlock(const Block& block, const std::uint32_t* shared, QXFPDatabaseHitList& hits) {
-  const auto hitOf = [&](std::size_t k) {
-    return QXSimScore(block.entries[k], double{scorer_(block.bitCounts[k], shared[k])});
-  };
+template <class Hits>
+void BitEntryScorer::OfferBlock(const Block& block, const std::uint32_t* shared, Hits& hits) {
   const auto size = static_cast<std::uint32_t>(block.entries.size());
-  if (!filter_) {
-    for (std::uint32_t k = 0; k < size; ++k) hits.AddHit(hitOf(k));
+  const auto bitsOf = [&](std::uint32_t k) { return block.bitCounts[k]; };
+  const auto indexOf = [&](std::uint32_t k) { return block.entries[k]; };
+  if (filter_) {
+    std::array<std::uint32_t, blockSize> candidates;
+    filter_->OfferPassing(size, bitsOf, indexOf, shared, candidates.data(), hits);
     return;
   }
-  const auto bitsOf = [&](std::uint32_t k) { return block.bitCounts[k]; };
-  std::array<std::uint32_t, blockSize> candidates;
-  const std::uint32_t numCandidates = filter_->ListPassing(size, bitsOf, shared, candidates.data());
-  for (const std::uint32_t k : std::span(candidates.data(), numCandidates)) {
-    if (!filter_->Passes(bitsOf(k), shared[k])) continue;  // narrowed since
-    const QXSimScore hit = hitOf(k);
-    if (hits.AddHit(hit)) continue;
-    const double bar = hits.GetBar().GetScore();
-    const bool isWorse = descending_ ? hit.GetScore() < bar : hit.GetScore() > bar;
-    if (isWorse) filter_->Narrow(bitsOf(k), bar);
+  for (std::uint32_t k = 0; k < size; ++k) {
+    hits.AddHit(QXSimScore(indexOf(k), double{scorer_(bitsOf(k), shared[k])}));
   }
 }
 
@@ -112,7 +122,7 @@ float BitEntryScorer::ScoreOtherSize(unsigned i) {
   store_.Load(i, entry_);
   SimCounts counts;
   return QXGetBitCounts(query_, entry_, &counts.onlyA, &counts.onlyB, &counts.both, &counts.neither)
-             ? formula_(counts)
+             ? measure_(counts)
              : 0.0F;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "database/Measure.h"
+#include "similarity/MeasureFormula.h"
 
 namespace QXFingrix {
 
@@ -12,26 +12,22 @@ class BitScorer {
   /// More than what roundings to single precision make Tversky scores miss the order by.
   static constexpr double slack = 4e-6;
 
-  BitScorer(const Measure& measure, unsigned numBits, unsigned queryBits)
-      : formula_(measure.Formula()),
-        rises_(measure.RisesWithSharedBits()),
-        numBits_(numBits),
-        queryBits_(queryBits) {}
+  BitScorer(const MeasureFormula& measure, unsigned numBits, unsigned queryBits)
+      : measure_(measure), numBits_(numBits), queryBits_(queryBits) {}
 
   /// entryBits of the entry's bits are set, sharedBits of them in the query too. Fewer shared bits than there
   /// must be at least are scored as if all bits were set in either, which keeps the order of scores.
   float operator()(std::uint64_t entryBits, std::uint64_t sharedBits) const {
     const std::uint64_t either = queryBits_ + entryBits - sharedBits;
-    return formula_({static_cast<unsigned>(queryBits_ - sharedBits),
+    return measure_({static_cast<unsigned>(queryBits_ - sharedBits),
                      static_cast<unsigned>(entryBits - sharedBits), static_cast<unsigned>(sharedBits),
                      static_cast<unsigned>(either < numBits_ ? numBits_ - either : 0)});
   }
 
-  bool RisesWithSharedBits() const { return rises_; }
+  bool RisesWithSharedBits() const { return measure_.RisesWithSharedBits(); }
 
  private:
-  MeasureFormula formula_;
-  bool rises_;
+  MeasureFormula measure_;
   std::uint64_t numBits_;
   std::uint64_t queryBits_;
 };

@@ -5,6 +5,7 @@
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXSimScore.h"
+#include "database/CutoffHits.h"
 
 namespace QXFingrix {
 
@@ -18,8 +19,9 @@ class EntryScorer {
   /// Shape    out: end - begin scores.
   virtual void Score(unsigned begin, unsigned end, QXSimScore* out) = 0;
 
-  /// Offers the scores of those entries, in any order. Scores that the list would not take may be left out.
+  /// Offers the scores of those entries, in any order. Scores that would not be taken may be left out.
   virtual void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) = 0;
+  virtual void Offer(unsigned begin, unsigned end, CutoffHits& hits) = 0;
 };
 
 /// A scorer that takes one entry after the other: scoreOf(index) is a float.
@@ -29,13 +31,18 @@ std::unique_ptr<EntryScorer> MakeEntryScorer(ScoreOf scoreOf) {
    public:
     explicit OneByOne(ScoreOf scoreOf) : scoreOf_(std::move(scoreOf)) {}
     void Score(unsigned begin, unsigned end, QXSimScore* out) override {
-      for (unsigned i = begin; i < end; ++i) *out++ = QXSimScore(i, double{scoreOf_(i)});
+      for (unsigned i = begin; i < end; ++i) *out++ = HitOf(i);
     }
     void Offer(unsigned begin, unsigned end, QXFPDatabaseHitList& hits) override {
-      for (unsigned i = begin; i < end; ++i) hits.AddHit(QXSimScore(i, double{scoreOf_(i)}));
+      for (unsigned i = begin; i < end; ++i) hits.AddHit(HitOf(i));
+    }
+    void Offer(unsigned begin, unsigned end, CutoffHits& hits) override {
+      for (unsigned i = begin; i < end; ++i) hits.AddHit(HitOf(i));
     }
 
    private:
+    QXSimScore HitOf(unsigned i) { return QXSimScore(i, double{scoreOf_(i)}); }
+
     ScoreOf scoreOf_;
   };
   return std::make_unique<OneByOne>(std::move(scoreOf));

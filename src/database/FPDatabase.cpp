@@ -27,16 +27,16 @@ const TypeRow* FindKnownRow(unsigned code) {
   return row;
 }
 
-// Makes the fingerprint of a query; reports in the caller's name when it cannot be made.
-bool MakeQuery(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type,
-               const char* caller) {
-  if (QXMakeFP(fp, mol, type)) return true;
+// Runs find(fingerprint of the molecule); reports in the caller's name when it cannot be made.
+template <class Find>
+ScoreIter FindOfMolecule(const char* caller, const QXFPDatabaseImplBase* impl, const QXChem::QXMolBase& mol,
+                         Find find) {
+  if (!impl) return {};
+  QXFingerPrint fp;
+  if (QXMakeFP(fp, mol, impl->GetFPTypeBase())) return find(fp);
   QXThrow.Warning("%s the fingerprint of the molecule cannot be made!", caller);
-  return false;
+  return {};
 }
-
-constexpr const char* scoresCaller = "QXFPDatabase::GetScores()";
-constexpr const char* sortedScoresCaller = "QXFPDatabase::GetSortedScores()";
 
 }  // namespace
 
@@ -128,29 +128,26 @@ ScoreIter QXFPDatabase::GetSortedScores(const QXFingerPrint& query,
 }
 
 ScoreIter QXFPDatabase::GetScores(const QXChem::QXMolBase& query, unsigned begin, unsigned end) const {
-  QXFingerPrint fp;
-  return impl_ && MakeQuery(fp, query, GetFPTypeBase(), scoresCaller) ? GetScores(fp, begin, end)
-                                                                      : ScoreIter();
+  return FindOfMolecule(QueryName::getScores, impl_.get(), query,
+                        [&](const QXFingerPrint& fp) { return impl_->GetScores(fp, begin, end); });
 }
 
 ScoreIter QXFPDatabase::GetScores(const QXChem::QXMolBase& query, const QXFPDatabaseOptions& options) const {
-  QXFingerPrint fp;
-  return impl_ && MakeQuery(fp, query, GetFPTypeBase(), scoresCaller) ? GetScores(fp, options) : ScoreIter();
+  return FindOfMolecule(QueryName::getScores, impl_.get(), query,
+                        [&](const QXFingerPrint& fp) { return impl_->GetScores(fp, options); });
 }
 
 ScoreIter QXFPDatabase::GetSortedScores(const QXChem::QXMolBase& query, unsigned limit, unsigned begin,
                                         unsigned end) const {
-  QXFingerPrint fp;
-  return impl_ && MakeQuery(fp, query, GetFPTypeBase(), sortedScoresCaller)
-             ? GetSortedScores(fp, limit, begin, end)
-             : ScoreIter();
+  return FindOfMolecule(QueryName::getSortedScores, impl_.get(), query, [&](const QXFingerPrint& fp) {
+    return impl_->GetSortedScores(fp, limit, begin, end);
+  });
 }
 
 ScoreIter QXFPDatabase::GetSortedScores(const QXChem::QXMolBase& query,
                                         const QXFPDatabaseOptions& options) const {
-  QXFingerPrint fp;
-  return impl_ && MakeQuery(fp, query, GetFPTypeBase(), sortedScoresCaller) ? GetSortedScores(fp, options)
-                                                                            : ScoreIter();
+  return FindOfMolecule(QueryName::getSortedScores, impl_.get(), query,
+                        [&](const QXFingerPrint& fp) { return impl_->GetSortedScores(fp, options); });
 }
 
 }  // namespace QXFingrix

@@ -19,16 +19,6 @@ namespace {
 constexpr auto tverskyAlpha = std::bit_cast<float>(std::uint32_t{0x3F733333});
 constexpr auto tverskyBeta = std::bit_cast<float>(std::uint32_t{0x3D4CCCD0});
 
-struct Range {
-  unsigned begin;
-  unsigned end;
-};
-
-Range MakeRange(unsigned begin, unsigned end, unsigned numEntries) {
-  const unsigned last = end == 0 ? numEntries : std::min(end, numEntries);
-  return {std::min(begin, last), last};
-}
-
 }  // namespace
 
 QXFPDatabaseImplBase::~QXFPDatabaseImplBase() = default;
@@ -36,8 +26,7 @@ QXFPDatabaseImplBase::~QXFPDatabaseImplBase() = default;
 unsigned QXFPDatabaseImplBase::AddFP(const QXFingerPrint& fp) {
   const unsigned index = store_.Size();
   if (!IsSameFPType(fp) || index == QXSimScore::NoIndex) return QXSimScore::NoIndex;
-  const Place place = PrepareEntry(fp);
-  store_.Append(fp, place.lane, place.bitCount);
+  Append(fp);
   return index;
 }
 
@@ -45,32 +34,33 @@ void QXFPDatabaseImplBase::WarnUnknownMeasure() {
   QXThrow.Warning("QXFPDatabase::SetSimFunc() unknown similarity measure");
 }
 
-Measure QXFPDatabaseImplBase::ChooseMeasure(unsigned measure) {
-  if (QXIsSimilarityMeasure(measure)) return {measure, tverskyAlpha, tverskyBeta};
+MeasureFormula QXFPDatabaseImplBase::ChooseMeasure(unsigned measure) {
+  if (QXIsSimilarityMeasure(measure)) return MeasureFormula(measure, tverskyAlpha, tverskyBeta);
   WarnUnknownMeasure();
-  return {QXSimMeasure::Tanimoto};
+  return MeasureFormula(QXSimMeasure::Tanimoto);
 }
 
-Measure QXFPDatabaseImplBase::ChooseMeasure(const QXFPDatabaseOptions& options) {
-  return {options.GetSimFunc(), options.GetTverskyAlpha(), options.GetTverskyBeta()};
+MeasureFormula QXFPDatabaseImplBase::Query::GetMeasure(const MeasureFormula& installed) const {
+  if (!hasOptions) return installed;
+  return MeasureFormula(settings.GetSimFunc(), settings.GetTverskyAlpha(), settings.GetTverskyBeta());
 }
 
 ScoreIter QXFPDatabaseImplBase::GetScores(const QXFingerPrint& fp, unsigned begin, unsigned end) const {
-  return FindScores(fp, nullptr, OwnSettings(0), begin, end);
+  return FindScores({QueryName::getScores, fp, OwnSettings(0), false, begin, end});
+}
+
+ScoreIter QXFPDatabaseImplBase::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
+  return FindScores({QueryName::getScores, fp, options, true});
 }
 
 ScoreIter QXFPDatabaseImplBase::GetSortedScores(const QXFingerPrint& fp, unsigned limit, unsigned begin,
                                                 unsigned end) const {
-  return FindSortedScores(fp, nullptr, OwnSettings(limit), begin, end);
-}
-
-ScoreIter QXFPDatabaseImplBase::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
-  return FindScores(fp, &options, options, 0, 0);
+  return FindSortedScores({QueryName::getSortedScores, fp, OwnSettings(limit), false, begin, end});
 }
 
 ScoreIter QXFPDatabaseImplBase::GetSortedScores(const QXFingerPrint& fp,
                                                 const QXFPDatabaseOptions& options) const {
-  return FindSortedScores(fp, &options, options, 0, 0);
+  return FindSortedScores({QueryName::getSortedScores, fp, options, true});
 }
 
 QXFPDatabaseOptions QXFPDatabaseImplBase::OwnSettings(unsigned limit) const {
@@ -81,32 +71,24 @@ QXFPDatabaseOptions QXFPDatabaseImplBase::OwnSettings(unsigned limit) const {
   return settings;
 }
 
-ScoreIter QXFPDatabaseImplBase::FindScores(const QXFingerPrint& fp, const QXFPDatabaseOptions* options,
-                                           const QXFPDatabaseOptions& settings, unsigned begin,
-                                           unsigned end) const {
-  const Query query{fp, options, settings.GetDescendingOrder(), "QXFPDatabase::GetScores()"};
-  return Search(query, [&](EntryScorer& scorer) {
-    const Range range = MakeRange(begin, end, store_.Size());
-    std::vector<QXSimScore> scores(range.end - range.begin);
-    scorer.Score(range.begin, range.end, scores.data());
-    if (settings.HasCutoff()) {
-      const double cutoff = settings.GetCutoff();
-      std::erase_if(scores, [&](const QXSimScore& hit) {
-        return !(settings.GetDescendingOrder() ? hit.GetScore() >= cutoff : hit.GetScore() <= cutoff);
-      });
+ScoreIter QXFPDatabaseImplBase::FindScores(const Query& query) const {
+  return Search(query, [&](EntryScorer& scorer, unsigned begin, unsigned end) {
+    if (!query.settings.HasCutoff()) {
+      std::vector<QXSimScore> scores(end - begin);
+      scorer.Score(begin, end, scores.data());
+      return scores;
     }
-    return scores;
+    CutoffHits hits(double{query.settings.GetCutoff()}, query.settings.GetDescendingOrder());
+    scorer.Offer(begin, end, hits);
+    hits.Sort();
+    return hits.TakeHits();
   });
 }
 
-ScoreIter QXFPDatabaseImplBase::FindSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions* options,
-                                                 const QXFPDatabaseOptions& settings, unsigned begin,
-                                                 unsigned end) const {
-  const Query query{fp, options, settings.GetDescendingOrder(), "QXFPDatabase::GetSortedScores()"};
-  return Search(query, [&](EntryScorer& scorer) {
-    const auto hits = QXInitFPDatabaseHitList(store_.Size(), settings);
-    const Range range = MakeRange(begin, end, store_.Size());
-    scorer.Offer(range.begin, range.end, *hits);
+ScoreIter QXFPDatabaseImplBase::FindSortedScores(const Query& query) const {
+  return Search(query, [&](EntryScorer& scorer, unsigned begin, unsigned end) {
+    const auto hits = QXInitFPDatabaseHitList(store_.Size(), query.settings);
+    scorer.Offer(begin, end, *hits);
     hits->Sort();
     return hits->TakeHits();
   });
@@ -118,10 +100,13 @@ ScoreIter QXFPDatabaseImplBase::Search(const Query& query, Find find) const {
     QXThrow.Warning("%s fingerprint type mismatch!", query.caller);
     return {};
   }
+  const unsigned size = store_.Size();
+  const unsigned end = query.end == 0 ? size : std::min(query.end, size);
+  const unsigned begin = std::min(query.begin, end);
   ScoreIter scores;
   WithinMemory(query.caller, [&] {
     const auto scorer = MakeScorer(query);
-    if (scorer) scores = QXSystem::QXMakeVectorIter(find(*scorer));
+    if (scorer) scores = QXSystem::QXMakeVectorIter(find(*scorer, begin, end));
   });
   return scores;
 }

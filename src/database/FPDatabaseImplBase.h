@@ -10,9 +10,15 @@
 #include "QXSystem/QXIter.h"
 #include "database/EntryScorer.h"
 #include "database/FingerPrintStore.h"
-#include "database/Measure.h"
+#include "similarity/MeasureFormula.h"
 
 namespace QXFingrix {
+
+/// What reports call the queries.
+namespace QueryName {
+inline constexpr const char* getScores = "QXFPDatabase::GetScores()";
+inline constexpr const char* getSortedScores = "QXFPDatabase::GetSortedScores()";
+}  // namespace QueryName
 
 /// The fingerprints of an in-memory database, its settings and its searches. A kind of fingerprint adds what
 /// it keeps for each entry and how it scores one; see QXFPDatabase for what the functions promise.
@@ -54,43 +60,37 @@ class QXFPDatabaseImplBase {
 
  protected:
   const FingerPrintStore& Store() const { return store_; }
+  FingerPrintStore& Store() { return store_; }
+
+  /// Appends an entry to the store and keeps what else the kind needs of it.
+  /// Errors   std::bad_alloc, nothing stored.
+  virtual void Append(const QXFingerPrint& fp) = 0;
 
   /// Tells that SetSimFunc, or the options of a query, ask for a measure that the kind does not know.
   static void WarnUnknownMeasure();
   /// The measure chosen by number; Tanimoto and the warning for one that is unknown.
-  static Measure ChooseMeasure(unsigned measure);
-  static Measure ChooseMeasure(const QXFPDatabaseOptions& options);
-
-  /// Where the store keeps an entry.
-  struct Place {
-    unsigned lane = 0;
-    unsigned bitCount = 0;  // for the kinds that count bits
-  };
-  /// Keeps what a kind needs of the entry that is about to be stored as number Store().Size(), and says where
-  /// the store is to keep it.
-  /// Errors   std::bad_alloc. It may leave something behind, for the entry may not be stored after all.
-  virtual Place PrepareEntry(const QXFingerPrint& fp) = 0;
+  static MeasureFormula ChooseMeasure(unsigned measure);
 
   struct Query {
-    const QXFingerPrint& fp;             // of the database's type
-    const QXFPDatabaseOptions* options;  // null: the installed measure counts
-    bool descending;
     const char* caller;
+    const QXFingerPrint& fp;
+    QXFPDatabaseOptions settings;
+    bool hasOptions;  // then the measure of the settings counts, otherwise the one that is installed
+    unsigned begin = 0;
+    unsigned end = 0;
+
+    MeasureFormula GetMeasure(const MeasureFormula& installed) const;
   };
 
-  /// What compares a query with the entries; the query's fingerprint outlives it.
+  /// What compares a query of the database's type with the entries; the query outlives it.
   /// Errors   null after a Warning in the caller's name when the query cannot be compared.
   virtual std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const = 0;
 
  private:
   QXFPDatabaseOptions OwnSettings(unsigned limit) const;
-  // options: null when the settings are the database's own.
-  QXSystem::QXIter<QXSimScore> FindScores(const QXFingerPrint& fp, const QXFPDatabaseOptions* options,
-                                          const QXFPDatabaseOptions& settings, unsigned begin,
-                                          unsigned end) const;
-  QXSystem::QXIter<QXSimScore> FindSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions* options,
-                                                const QXFPDatabaseOptions& settings, unsigned begin,
-                                                unsigned end) const;
+  QXSystem::QXIter<QXSimScore> FindScores(const Query& query) const;
+  QXSystem::QXIter<QXSimScore> FindSortedScores(const Query& query) const;
+  // Makes an iterator of find(scorer, first entry, end of entries).
   template <class Find>
   QXSystem::QXIter<QXSimScore> Search(const Query& query, Find find) const;
 

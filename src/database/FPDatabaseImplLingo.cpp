@@ -24,12 +24,12 @@ std::unique_ptr<EntryScorer> QXFPDatabaseImplLingo::MakeScorer(const Query& quer
     QXThrow.Warning("%s cannot initialize lingo similarity!", query.caller);
     return nullptr;
   }
-  const MeasureFormula formula = (query.options ? ChooseMeasure(*query.options) : measure_).Formula();
-  return MakeEntryScorer([this, formula, profile = std::move(profile)](unsigned i) {
-    SimCounts counts;
-    profile.CountTerms(Store().GetText(i), &counts.onlyA, &counts.onlyB, &counts.both);
-    return formula(counts);
-  });
+  return MakeEntryScorer(
+      [this, measure = query.GetMeasure(measure_), profile = std::move(profile)](unsigned i) {
+        SimCounts counts;
+        profile.CountTerms(Store().GetText(i), &counts.onlyA, &counts.onlyB, &counts.both);
+        return measure(counts);
+      });
 }
 
 }  // namespace QXFingrix

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "database/FPDatabaseImplBase.h"
+#include "database/WordArena.h"
 
 namespace QXFingrix {
 
@@ -15,10 +16,11 @@ class QXFPDatabaseImplLingo final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  Place PrepareEntry(const QXFingerPrint&) override { return {}; }
+  void Append(const QXFingerPrint& fp) override { Store().Append(fp, words_); }
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
-  Measure measure_;
+  MeasureFormula measure_{QXSimMeasure::Tanimoto};
+  WordArena words_;
 };
 
 }  // namespace QXFingrix

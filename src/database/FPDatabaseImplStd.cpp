@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "QXSystem/QXErrorHandler.h"
-#include "database/BitCountLane.h"
 #include "database/BitEntryScorer.h"
 
 namespace QXFingrix {
@@ -28,12 +27,12 @@ constexpr MeasureRow plainMeasures[] = {
 };
 
 // One of the library's own measures by number; nothing for another one.
-std::optional<Measure> FindMeasure(const QXSimFuncBase& func) {
+std::optional<MeasureFormula> FindMeasure(const QXSimFuncBase& func) {
   for (const MeasureRow& row : plainMeasures) {
-    if (row.is(func)) return Measure{row.measure};
+    if (row.is(func)) return MeasureFormula(row.measure);
   }
   if (const auto* tversky = dynamic_cast<const QXTverskySim*>(&func)) {
-    return Measure{QXSimMeasure::Tversky, tversky->GetAlpha(), tversky->GetBeta()};
+    return MeasureFormula(QXSimMeasure::Tversky, tversky->GetAlpha(), tversky->GetBeta());
   }
   return std::nullopt;
 }
@@ -47,7 +46,7 @@ void QXFPDatabaseImplStd::SetSimFunc(unsigned measure, bool descending) {
 }
 
 void QXFPDatabaseImplStd::SetSimFunc(const QXSimFuncBase& func, bool descending) {
-  if (const std::optional<Measure> measure = FindMeasure(func)) {
+  if (const std::optional<MeasureFormula> measure = FindMeasure(func)) {
     measure_ = *measure;
     userFunc_.reset();
   } else {
@@ -61,20 +60,15 @@ void QXFPDatabaseImplStd::SetSimFunc(const QXSimFuncBase& func, bool descending)
   SetDescendingOrder(descending);
 }
 
-QXFPDatabaseImplBase::Place QXFPDatabaseImplStd::PrepareEntry(const QXFingerPrint& fp) {
-  const unsigned bitCount = fp.CountBits();
-  return {BitCountLane(bitCount), bitCount};
-}
-
 std::unique_ptr<EntryScorer> QXFPDatabaseImplStd::MakeScorer(const Query& query) const {
-  if (!query.options && userFunc_) {
+  if (!query.hasOptions && userFunc_) {
     return MakeEntryScorer([this, &query = query.fp, entry = QXFingerPrint()](unsigned i) mutable {
       Store().Load(i, entry);
       return (*userFunc_)(query, entry);
     });
   }
-  const Measure measure = query.options ? ChooseMeasure(*query.options) : measure_;
-  return std::make_unique<BitEntryScorer>(Store(), query.fp, measure, query.descending);
+  return std::make_unique<BitEntryScorer>(Store(), bins_, query.fp, query.GetMeasure(measure_),
+                                          query.settings.GetDescendingOrder());
 }
 
 }  // namespace QXFingrix

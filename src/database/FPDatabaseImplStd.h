@@ -1,8 +1,8 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
+#include "database/BitCountBins.h"
 #include "database/FPDatabaseImplBase.h"
 
 namespace QXFingrix {
@@ -16,10 +16,11 @@ class QXFPDatabaseImplStd final : public QXFPDatabaseImplBase {
   void SetSimFunc(const QXSimFuncBase& func, bool descending) override;
 
  private:
-  Place PrepareEntry(const QXFingerPrint& fp) override;
+  void Append(const QXFingerPrint& fp) override { bins_.Append(fp, Store()); }
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
-  Measure measure_;
+  BitCountBins bins_;
+  MeasureFormula measure_{QXSimMeasure::Tanimoto};
   std::unique_ptr<const QXSimFuncBase> userFunc_;  // counts instead of the measure when there is one
 };
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "QXSystem/QXErrorHandler.h"
+#include "database/MakeRoom.h"
 #include "similarity/TokenSimilarity.h"
 
 namespace QXFingrix {
@@ -20,17 +21,17 @@ void QXFPDatabaseImplUnhashed::SetSimFunc(const QXSimFuncBase&, bool) {
       "QXFPDatabase::SetSimFunc() user defined similarity measure not allowed with unhashed database");
 }
 
-QXFPDatabaseImplBase::Place QXFPDatabaseImplUnhashed::PrepareEntry(const QXFingerPrint& fp) {
+void QXFPDatabaseImplUnhashed::Append(const QXFingerPrint& fp) {
   const std::vector<std::uint32_t> numbers = tokens_.Insert(QXGetFPText(fp));
-  tokenNumbers_.resize(Store().Size());  // drops what an entry that was not stored has left
+  MakeRoom(tokenNumbers_);
   auto* const kept = reinterpret_cast<std::uint32_t*>(words_.Take((numbers.size() + 1) / 2));
   if (!numbers.empty()) std::memcpy(kept, numbers.data(), numbers.size() * sizeof(std::uint32_t));
+  Store().Append(fp, words_);
   tokenNumbers_.emplace_back(kept, numbers.size());
-  return {};
 }
 
 std::unique_ptr<EntryScorer> QXFPDatabaseImplUnhashed::MakeScorer(const Query& query) const {
-  if (query.options && query.options->GetSimFunc() != QXSimMeasure::Tanimoto) WarnUnknownMeasure();
+  if (query.hasOptions && query.settings.GetSimFunc() != QXSimMeasure::Tanimoto) WarnUnknownMeasure();
   std::vector<bool> marks;
   const std::size_t numTokens = tokens_.Mark(QXGetFPText(query.fp), marks);
   return MakeEntryScorer([this, numTokens, marks = std::move(marks)](unsigned i) {

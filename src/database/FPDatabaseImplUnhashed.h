@@ -7,6 +7,7 @@
 
 #include "database/FPDatabaseImplBase.h"
 #include "database/TokenIndex.h"
+#include "database/WordArena.h"
 
 namespace QXFingrix {
 
@@ -22,12 +23,12 @@ class QXFPDatabaseImplUnhashed final : public QXFPDatabaseImplBase {
  private:
   using TokenNumbers = std::span<const std::uint32_t>;
 
-  Place PrepareEntry(const QXFingerPrint& fp) override;
+  void Append(const QXFingerPrint& fp) override;
   std::unique_ptr<EntryScorer> MakeScorer(const Query& query) const override;
 
   TokenIndex tokens_;
-  WordArena words_;
-  std::vector<TokenNumbers> tokenNumbers_;  // of each entry, in words_
+  WordArena words_;                         // of fingerprints and token numbers
+  std::vector<TokenNumbers> tokenNumbers_;  // of each entry
 };
 
 }  // namespace QXFingrix

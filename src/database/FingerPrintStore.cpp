@@ -5,18 +5,11 @@
 #include <new>
 #include <span>
 
+#include "database/MakeRoom.h"
+
 namespace QXFingrix {
 
 namespace {
-
-constexpr std::size_t NumWords(unsigned numBits) {
-  return (std::size_t{numBits} + 63) / 64;
-}
-
-template <class T>
-void MakeRoom(std::vector<T>& values) {
-  if (values.size() == values.capacity()) values.reserve(2 * values.size() + 1);
-}
 
 // Makes the fingerprint at its position again whenever it moves.
 class StoreIter final : public QXSystem::QXIterBase<QXFingerPrint> {
@@ -63,31 +56,13 @@ QXSystem::QXIter<QXFingerPrint> FingerPrintStore::GetIter() const {
   return QXSystem::QXIter<QXFingerPrint>(std::make_unique<StoreIter>(*this));
 }
 
-void FingerPrintStore::Append(const QXFingerPrint& fp, unsigned laneNumber, unsigned bitCount) {
-  if (laneNumber >= lanes_.size()) lanes_.resize(laneNumber + 1);
-  Lane& lane = lanes_[laneNumber];
-  // Room first, so that nothing is left to fail once something is stored.
+const std::uint64_t* FingerPrintStore::Append(const QXFingerPrint& fp, WordArena& words) {
   MakeRoom(entries_);
-  MakeRoom(lane.entries);
-  MakeRoom(lane.bitCounts);
-  MakeRoom(lane.runs);
-  const std::span<const std::uint64_t> words = fp.GetWords();
-  std::uint64_t* const copy = lane.words.Take(words.size());
-  std::ranges::copy(words, copy);
-
-  const Entry entry{copy, fp.GetSize()};
-  if (lane.entries.empty()) lane.numBits = entry.numBits;
-  lane.hasOneSize &= lane.numBits == entry.numBits;
-  if (lane.entries.empty() || !IsBeside(entries_[lane.entries.back()], entry)) {
-    lane.runs.push_back(lane.entries.size());
-  }
-  lane.entries.push_back(Size());
-  lane.bitCounts.push_back(bitCount);
-  entries_.push_back(entry);
-}
-
-bool FingerPrintStore::IsBeside(const Entry& entry, const Entry& next) {
-  return next.numBits == entry.numBits && next.words == entry.words + NumWords(entry.numBits);
+  const std::span<const std::uint64_t> source = fp.GetWords();
+  std::uint64_t* const copy = words.Take(source.size());
+  std::ranges::copy(source, copy);
+  entries_.push_back({copy, fp.GetSize()});
+  return copy;
 }
 
 }  // namespace QXFingrix

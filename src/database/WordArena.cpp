@@ -9,7 +9,7 @@ namespace QXFingrix {
 
 namespace {
 
-constexpr std::size_t minChunkWords = 512;
+constexpr std::size_t minChunkWords = 64;
 constexpr std::size_t maxChunkWords = std::size_t{1} << 20;
 constexpr std::size_t lineBytes = 64;  // chunks start at cache lines
 

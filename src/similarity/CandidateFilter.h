@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <vector>
+
+#include "QXFingrix/QXSimScore.h"
 
 namespace QXFingrix {
 
@@ -46,6 +49,25 @@ class CandidateFilter {
       numPassing += Passes(bitsOf(i), shared[i]) ? 1 : 0;
     }
     return numPassing;
+  }
+
+  /// Offers hits (index, score) of a block's records to a list: of all that can reach the list's bar and of
+  /// some that miss it. Candidates are listed first and then scored: almost all records end with the first
+  /// step.
+  /// Shape    as above; indexOf(i): the index of record i; passing: room for the list.
+  template <class BitsOf, class IndexOf, class Hits>
+  void OfferPassing(std::uint32_t size, BitsOf bitsOf, IndexOf indexOf, const std::uint32_t* shared,
+                    std::uint32_t* passing, Hits& hits) {
+    const std::uint32_t numPassing = ListPassing(size, bitsOf, shared, passing);
+    for (const std::uint32_t i : std::span(passing, numPassing)) {
+      const std::uint64_t recordBits = bitsOf(i);
+      if (!Passes(recordBits, shared[i])) continue;  // narrowed since
+      const double score = scorer_(recordBits, shared[i]);
+      if (hits.AddHit(QXSimScore(indexOf(i), score))) continue;
+      const double bar = hits.GetBar().GetScore();
+      const bool isWorse = descending_ ? score < bar : score > bar;  // ties would be narrowed in vain
+      if (isWorse) Narrow(recordBits, bar);
+    }
   }
 
   /// Whether a record with recordBits bits set, whatever it shares with the query, can reach a bar.

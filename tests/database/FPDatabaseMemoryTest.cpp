@@ -79,7 +79,7 @@ TEST(FPDatabaseMemory, ASearchAllocatesNothingForAnEntry) {
     QXFPDatabase small(kind.code);
     QXFPDatabase large(kind.code);
     const auto fps = MoleculeFPs(small.GetFPTypeBase(), 300);
-    AddAll(small, {fps.begin(), fps.begin() + 30});
+    AddAll(small, {fps.begin(), fps.begin() + 150});
     AddAll(large, fps);
     for (const bool isOwn : {false, true}) {
       if (isOwn && kind.code != QXFPType::Path) continue;
