@@ -1,8 +1,8 @@
 // Searches fingerprints that another program has made, in step with it: compare_rdkit.py.
 //
 // usage: qx_database_search FILE BITS LIMIT
-// FILE holds fingerprints of BITS bits one after the other, as 64-bit words, bit 0 lowest. For each index read
-// from standard input, the sorted search for that fingerprint is run once, and one line written: its
+// FILE holds fingerprints of BITS bits one after the other, as 64-bit words, bit 0 lowest. For each index
+// read from standard input, the sorted search for that fingerprint is run once, and one line written: its
 // nanoseconds, then index and score of every hit.
 
 #include <chrono>

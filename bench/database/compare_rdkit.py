@@ -1,20 +1,20 @@
 #!/usr/bin/env python3
 """Times RDKit's BulkTanimotoSimilarity beside the sorted search of QXFPDatabase, on the same fingerprints.
 
-usage: compare_rdkit.py QX_DATABASE_SEARCH [--molecules FILE] [--fingerprints 100000] [--limit 100] [--queries 40]
-                        [--packed]
+usage: compare_rdkit.py QX_DATABASE_SEARCH [--molecules FILE] [--fingerprints 100000] [--limit 100]
+                        [--queries 40] [--packed]
 
-QX_DATABASE_SEARCH is the program qx_database_search that the benchmarks build. The fingerprints are RDKit's own
-path fingerprints of 2,048 bits. The bundled file has 4,000 molecules, so each is taken with paths of up to 3, 4, 5,
-6 and 7 bonds, and copies with one bit in a hundred flipped fill up the rest. FILE (lines of "SMILES NAME", or the
-same compressed as .xz) takes its place where there are more molecules.
+QX_DATABASE_SEARCH is the program qx_database_search that the benchmarks build. The fingerprints are RDKit's
+own path fingerprints of 2,048 bits. The bundled file has 4,000 molecules, so each is taken with paths of up
+to 3, 4, 5, 6 and 7 bonds, and copies with one bit in a hundred flipped fill up the rest. FILE (lines of
+"SMILES NAME", or the same compressed as .xz) takes its place where there are more molecules.
 
-RDKit's vectors lie where making them one after the other from molecules has put them. With --packed they are copied
-once more in a row: RDKit's best case.
+RDKit's vectors lie where making them one after the other from molecules has put them. With --packed they are
+copied once more in a row: RDKit's best case.
 
-Both sides answer the same queries in turn, so that what else the machine does hurts both alike. RDKit computes the
-scores only; this library's time includes the choice and the order of the best. It is an error when scores differ by
-more than single precision explains, or when a hit is missing.
+Both sides answer the same queries in turn, so that what else the machine does hurts both alike. RDKit
+computes the scores only; this library's time includes the choice and the order of the best. It is an error
+when scores differ by more than single precision explains, or when a hit is missing.
 """
 import argparse
 import lzma
@@ -71,11 +71,13 @@ def check_hits(query, hits, scores, limit):
         sys.exit(f"query {query}: {len(hits)} hits instead of {len(best)}")
     for (index, score), expected in zip(hits, best):
         if abs(score - scores[index]) > 1e-6 or abs(score - expected) > 1e-6:
-            sys.exit(f"query {query}: entry {index} scores {score}, RDKit says {scores[index]}, expected {expected}")
+            sys.exit(f"query {query}: entry {index} scores {score}, RDKit says {scores[index]}, "
+                     f"expected {expected}")
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program")
     parser.add_argument("--molecules", type=pathlib.Path, default=ROOT / "data/molecules.smi")
     parser.add_argument("--fingerprints", type=int, default=100000)
@@ -88,8 +90,8 @@ def main():
     fps, num_real = make_fingerprints(args.molecules, args.fingerprints)
     if args.packed:
         fps = [DataStructs.ExplicitBitVect(fp.ToBinary()) for fp in fps]
-    print(f"{len(fps)} fingerprints of {BITS} bits, {num_real} of {args.molecules.name}, the others with noise; "
-          f"{statistics.mean(fp.GetNumOnBits() for fp in fps[:1000]):.0f} bits set on average")
+    print(f"{len(fps)} fingerprints of {BITS} bits, {num_real} of {args.molecules.name}, the others with "
+          f"noise; {statistics.mean(fp.GetNumOnBits() for fp in fps[:1000]):.0f} bits set on average")
     ours, theirs = [], []
     with tempfile.NamedTemporaryFile(suffix=".words") as words:
         for fp in fps:
@@ -109,7 +111,8 @@ def main():
                 check_hits(query, hits, scores, args.limit)
             search.stdin.close()
     for name, seconds in (("RDKit", theirs), ("QXFPDatabase", ours)):
-        print(f"{name:13} median {statistics.median(seconds) * 1e3:7.3f} ms, best {min(seconds) * 1e3:7.3f} ms, "
+        print(f"{name:13} median {statistics.median(seconds) * 1e3:7.3f} ms, "
+              f"best {min(seconds) * 1e3:7.3f} ms, "
               f"{len(fps) / statistics.median(seconds) / 1e6:7.2f} million comparisons/s")
     print(f"ratio of comparisons/s: median {statistics.median(theirs) / statistics.median(ours):.1f}, "
           f"best {min(theirs) / min(ours):.1f}; {args.queries} queries, all scores agree")

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <random>
 
@@ -16,21 +14,6 @@ namespace {
 
 using namespace QXTest;
 using QXSystem::QXInterface;
-
-TEST(FPDatabaseOptions, DefaultsAreThoseOfTheTable) {
-  const QXFPDatabaseOptions made[] = {QXFPDatabaseOptions(),
-                                      QXFPDatabaseOptions(1000, QXSimMeasure::Tanimoto)};
-  for (const QXFPDatabaseOptions& options : made) {
-    EXPECT_FALSE(options.HasCutoff());
-    EXPECT_EQ(options.GetCutoff(), 0.0F);
-    EXPECT_EQ(options.GetSimFunc(), 1U);
-    EXPECT_EQ(std::bit_cast<unsigned>(options.GetTverskyAlpha()), 0x3F733333U);
-    EXPECT_EQ(std::bit_cast<unsigned>(options.GetTverskyBeta()), 0x3D4CCCCDU);
-    EXPECT_TRUE(options.GetDescendingOrder());
-    EXPECT_EQ(options.GetLimit(), 1000U);
-    EXPECT_EQ(options.GetNumProcessors(), 1U);
-  }
-}
 
 TEST(FPDatabaseOptions, UnknownMeasuresAreIgnoredInWords) {
   EXPECT_EQ(ReportsOf([] { EXPECT_EQ(QXFPDatabaseOptions(10, 0).GetSimFunc(), 1U); }),
