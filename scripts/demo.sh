@@ -37,7 +37,14 @@ echo "3. Two kinase inhibitors by every measure"
 run compare 'COc1cc2ncnc(Nc3ccc(F)c(Cl)c3)c2cc1OCCCN1CCOCC1' 'C#Cc1cccc(Nc2ncnc3cc(OCCOC)c(OCCOC)cc23)c1'
 
 echo
-echo "4. Straight over the molecule file, by the Lingos of the SMILES"
+echo "4. How alike the collection is in itself, and the nearest neighbours of every molecule"
+run histogram "$database" -bins 10 -out table
+echo
+echo '$ qxfp matrix '"$database"' -titles -limit 2 | head -7'
+"$qxfp" matrix "$database" -titles -limit 2 | head -7
+
+echo
+echo "5. Straight over the molecule file, by the Lingos of the SMILES"
 run search "$molecules" 'COc1cc2ncnc(Nc3ccc(F)c(Cl)c3)c2cc1OCCCN1CCOCC1' -type Lingo -limit 5
 
 cat <<'END'

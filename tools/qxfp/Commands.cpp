@@ -7,12 +7,14 @@ namespace qxfp {
 extern const Command createCommand;
 extern const Command infoCommand;
 extern const Command searchCommand;
+extern const Command matrixCommand;
+extern const Command histogramCommand;
 extern const Command compareCommand;
 extern const Command fpCommand;
 
 namespace {
-constexpr const Command* kCommands[] = {&createCommand, &infoCommand, &searchCommand, &compareCommand,
-                                        &fpCommand};
+constexpr const Command* kCommands[] = {&createCommand,    &infoCommand,    &searchCommand, &matrixCommand,
+                                        &histogramCommand, &compareCommand, &fpCommand};
 }
 
 std::span<const Command* const> GetCommands() {

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "FingerprintFile.h"
 #include "FingerprintOptions.h"
 #include "HitTexts.h"
 #include "QXFingrix/QXFastFPDatabase.h"
@@ -12,33 +13,15 @@ namespace qxfp {
 namespace {
 
 using QXFingrix::QXFPDatabaseOptions;
-using QXSystem::QXParameter;
-using QXSystem::QXParameterType;
 using QXSystem::QXThrow;
-
-constexpr std::pair<const char*, unsigned> kMemoryTypes[] = {
-    {"mmap", QXFingrix::QXFastFPDatabaseMemoryType::MemoryMapped},
-    {"memory", QXFingrix::QXFastFPDatabaseMemoryType::InMemory},
-    {"gpu", QXFingrix::QXFastFPDatabaseMemoryType::CUDA}};
-
-unsigned MemoryTypeOf(const std::string& wanted) {
-  for (const auto& [name, type] : kMemoryTypes) {
-    if (wanted == name) return type;
-  }
-  return kMemoryTypes[0].second;
-}
 
 class FingerprintFileTarget final : public SearchTarget {
  public:
-  FingerprintFileTarget(const std::string& path, unsigned memoryType, const QXFPDatabaseOptions& options)
-      : path_(path), fingerprints_(path, memoryType), options_(options) {}
+  FingerprintFileTarget(QXFingrix::QXFastFPDatabase fingerprints, const QXFPDatabaseOptions& options)
+      : fingerprints_(std::move(fingerprints)), options_(options) {}
 
-  bool IsValid() const { return fingerprints_.IsValid(); }
-
-  bool OpenTexts(const QXSystem::QXInterface& itf) {
-    if (itf.IsSet("-mols")) return texts_.Open(itf.Get<std::string>("-mols"), fingerprints_);
-    texts_.Find(path_, fingerprints_);
-    return true;
+  bool OpenTexts(const QXSystem::QXInterface& itf, const std::string& path) {
+    return texts_.Open(itf, path, fingerprints_);
   }
 
   bool FindHits(const QXChem::QXMolBase& query, Hits& hits, std::string& reason) const override {
@@ -53,15 +36,7 @@ class FingerprintFileTarget final : public SearchTarget {
 
   bool FindHitsOfStored(std::uint64_t index, Hits& hits, std::string& reason) const override {
     QXFingrix::QXFingerPrint fp;
-    if (index >= fingerprints_.NumFingerPrints()) {
-      reason = "there are only " + std::to_string(fingerprints_.NumFingerPrints()) +
-               " fingerprints, counted from 0";
-      return false;
-    }
-    if (!fingerprints_.GetFingerPrint(fp, index)) {
-      reason = "the fingerprint cannot be fetched";
-      return false;
-    }
+    if (!FetchFingerprint(fp, fingerprints_, index, reason)) return false;
     hits = fingerprints_.GetSortedScores(fp, options_);
     return true;
   }
@@ -71,7 +46,6 @@ class FingerprintFileTarget final : public SearchTarget {
   bool IsComplete() const override { return true; }
 
  private:
-  std::string path_;
   QXFingrix::QXFastFPDatabase fingerprints_;
   QXFPDatabaseOptions options_;
   HitTexts texts_;
@@ -80,13 +54,8 @@ class FingerprintFileTarget final : public SearchTarget {
 }  // namespace
 
 void AddFingerprintFileOptions(QXSystem::QXInterface& itf) {
-  QXParameter memory("-memory", QXParameterType::String);
-  memory.SetBrief("Where the fingerprints of a .fpbin file are searched").SetDefault(kMemoryTypes[0].first);
-  for (const auto& [name, type] : kMemoryTypes) memory.AddLegalValue(name);
-  itf.AddParameter(memory);
-  itf.AddParameter(QXParameter("-mols", QXParameterType::String)
-                       .SetBrief("Molecule file that titles and SMILES of a .fpbin file come from")
-                       .SetDetail("\n\tBy default the file that the .fpbin file was made from"));
+  AddMemoryOption(itf);
+  AddMoleculesOption(itf);
 }
 
 std::unique_ptr<SearchTarget> OpenFingerprintFile(const QXSystem::QXInterface& itf,
@@ -99,13 +68,10 @@ std::unique_ptr<SearchTarget> OpenFingerprintFile(const QXSystem::QXInterface& i
     return nullptr;
   }
   status = CannotRun;
-  auto target =
-      std::make_unique<FingerprintFileTarget>(path, MemoryTypeOf(itf.Get<std::string>("-memory")), options);
-  if (!target->IsValid()) {
-    QXThrow.Error("'%s' cannot be searched", path.c_str());
-    return nullptr;
-  }
-  if (!target->OpenTexts(itf)) return nullptr;
+  auto fingerprints = OpenFingerprints(itf, path);
+  if (!fingerprints) return nullptr;
+  auto target = std::make_unique<FingerprintFileTarget>(std::move(*fingerprints), options);
+  if (!target->OpenTexts(itf, path)) return nullptr;
   status = Done;
   return target;
 }

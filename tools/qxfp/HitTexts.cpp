@@ -25,6 +25,12 @@ std::vector<std::string> Candidates(const std::string& moleculeFile, const std::
 
 }  // namespace
 
+void AddMoleculesOption(QXSystem::QXInterface& itf) {
+  itf.AddParameter(QXSystem::QXParameter("-mols", QXSystem::QXParameterType::String)
+                       .SetBrief("Molecule file that titles and SMILES of a .fpbin file come from")
+                       .SetDetail("\n\tBy default the file that the .fpbin file was made from"));
+}
+
 bool HitTexts::Try(const std::string& path, const QXFingrix::QXFastFPDatabase& fingerprints,
                    std::string& reason) {
   const QXSystem::QXErrorCollector collector;
@@ -35,9 +41,14 @@ bool HitTexts::Try(const std::string& path, const QXFingrix::QXFastFPDatabase& f
   return false;
 }
 
-bool HitTexts::Open(const std::string& moleculeFile, const QXFingrix::QXFastFPDatabase& fingerprints) {
+bool HitTexts::Open(const QXSystem::QXInterface& itf, const std::string& fpbinFile,
+                    const QXFingrix::QXFastFPDatabase& fingerprints) {
+  if (!itf.IsSet("-mols")) {
+    Find(fpbinFile, fingerprints);
+    return true;
+  }
   std::string reason;
-  if (Try(moleculeFile, fingerprints, reason)) return true;
+  if (Try(itf.Get<std::string>("-mols"), fingerprints, reason)) return true;
   QXSystem::QXThrow.Error("%s", reason.c_str());
   return false;
 }

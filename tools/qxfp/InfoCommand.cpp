@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Command.h"
+#include "FingerprintFile.h"
 #include "Numbers.h"
 #include "QXFingrix/QXConvert.h"
 #include "QXFingrix/QXFPTypeLookup.h"
@@ -58,10 +59,7 @@ class Records {
 };
 
 void Configure(QXSystem::QXInterface& itf) {
-  itf.AddParameter(QXParameter("-fpbin", QXParameterType::String)
-                       .SetBrief("Fast fingerprint file")
-                       .SetKeyless(1)
-                       .SetRequired(true));
+  AddFingerprintFile(itf);
   itf.AddParameter(QXParameter("-check", QXParameterType::Bool)
                        .SetBrief("Read every record and test its index and bit count")
                        .SetDefault("false"));

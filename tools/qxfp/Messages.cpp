@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <mutex>
+#include <vector>
 
 #include "QXSystem/QXErrorHandler.h"
 #include "Text.h"
@@ -50,6 +52,18 @@ void RenameInMessages(const std::string& name, const std::string& nameToShow) {
   const std::lock_guard lock(mutex);
   renamed = name;
   knownName = nameToShow;
+}
+
+bool SucceedsQuietly(const std::function<void()>& work) {
+  std::vector<QXSystem::QXErrorMessage> messages;
+  {
+    const QXSystem::QXErrorCollector collector;
+    work();
+    messages = collector.Messages();
+  }
+  for (const auto& message : messages) QXSystem::QXThrow.Report(message.level, message.text);
+  return std::ranges::none_of(
+      messages, [](const auto& message) { return message.level >= QXSystem::QXErrorLevel::Warning; });
 }
 
 void ShowStatusLine(std::string_view text) {

@@ -1,12 +1,13 @@
 #include "ScoreOptions.h"
 
 #include "Numbers.h"
-#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXSystem/QXErrorHandler.h"
 
 namespace qxfp {
 
 using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
+using QXSystem::QXThrow;
 
 void AddScoreOptions(QXSystem::QXInterface& itf) {
   const QXFingrix::QXFPDatabaseOptions defaults;
@@ -22,6 +23,19 @@ void AddScoreOptions(QXSystem::QXInterface& itf) {
                        .SetBrief("Decimals of the scores")
                        .SetDefault("6")
                        .SetLegalRange("0", "17"));
+}
+
+bool SetupScoreOptions(const QXSystem::QXInterface& itf, QXFingrix::QXFPDatabaseOptions& options) {
+  if (!QXFingrix::QXSetupFPDatabaseOptions(options, itf)) return false;
+  options.SetTverskyCoeffs(itf.Get<float>("-alpha"), itf.Get<float>("-beta"));
+  const unsigned measure = options.GetSimFunc();
+  if (measure == QXFingrix::QXSimMeasure::Manhattan && itf.Has("-descending") && !itf.IsSet("-descending")) {
+    QXThrow.Info("Manhattan is a distance: -descending false puts the nearest molecules first");
+  }
+  if (measure != QXFingrix::QXSimMeasure::Tversky && (itf.IsSet("-alpha") || itf.IsSet("-beta"))) {
+    QXThrow.Info("-alpha and -beta matter to -simfunc Tversky only");
+  }
+  return true;
 }
 
 }  // namespace qxfp

@@ -49,20 +49,6 @@ void Configure(QXSystem::QXInterface& itf) {
   ConfigureFingerprintOptions(itf);
 }
 
-bool SetupOptions(const QXSystem::QXInterface& itf, QXFPDatabaseOptions& options) {
-  if (!QXFingrix::QXSetupFPDatabaseOptions(options, itf)) return false;
-  options.SetTverskyCoeffs(itf.Get<float>("-alpha"), itf.Get<float>("-beta"));
-  options.SetNumProcessors(itf.Get<unsigned>("-threads"));
-  const unsigned measure = options.GetSimFunc();
-  if (measure == QXFingrix::QXSimMeasure::Manhattan && !itf.IsSet("-descending")) {
-    QXThrow.Info("Manhattan is a distance: -descending false puts the nearest molecules first");
-  }
-  if (measure != QXFingrix::QXSimMeasure::Tversky && (itf.IsSet("-alpha") || itf.IsSet("-beta"))) {
-    QXThrow.Info("-alpha and -beta matter to -simfunc Tversky only");
-  }
-  return true;
-}
-
 class Search {
  public:
   Search(const SearchTarget& target, const SearchQueries& queries, unsigned precision, RowForm form)
@@ -128,7 +114,8 @@ class Search {
 
 ExitStatus Run(const QXSystem::QXInterface& itf) {
   QXFPDatabaseOptions options;
-  if (!SetupOptions(itf, options)) return BadUsage;
+  if (!SetupScoreOptions(itf, options)) return BadUsage;
+  options.SetNumProcessors(itf.Get<unsigned>("-threads"));
   SearchQueries queries;
   if (!queries.Open(itf.Get<std::string>("-query"))) return CannotRun;
   const auto open =

@@ -1,6 +1,7 @@
 #include "SearchQuery.h"
 
 #include "MoleculeFile.h"
+#include "QXFingrix/QXMakeFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXString.h"
 
@@ -36,6 +37,13 @@ bool SearchQueries::Read(QXChem::QXGraphMol& mol, std::uint64_t i, std::string& 
   if (molecules_.IsOpen()) return ReadRecord(mol, molecules_, i, reason);
   mol = smiles_;
   return true;
+}
+
+bool MakeQuery(QXFingrix::QXFingerPrint& fp, const QXChem::QXMolBase& mol,
+               const QXFingrix::QXFPTypeBase* type, std::string& reason) {
+  if (QXFingrix::QXMakeFP(fp, mol, type)) return true;
+  reason = "its fingerprint cannot be made";
+  return false;
 }
 
 }  // namespace qxfp

@@ -6,6 +6,7 @@
 
 #include "QXChem/QXGraphMol.h"
 #include "QXChem/QXMolDatabase.h"
+#include "QXFingrix/QXFingerPrint.h"
 
 namespace qxfp {
 
@@ -36,5 +37,9 @@ class SearchQueries {
   QXChem::QXGraphMol smiles_;
   QXChem::QXMolDatabase molecules_;
 };
+
+/// Makes the fingerprint of a query. Errors: false and a reason in words.
+bool MakeQuery(QXFingrix::QXFingerPrint& fp, const QXChem::QXMolBase& mol,
+               const QXFingrix::QXFPTypeBase* type, std::string& reason);
 
 }  // namespace qxfp

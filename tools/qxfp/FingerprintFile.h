@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "QXFingrix/QXFastFPDatabase.h"
+#include "QXSystem/QXInterface.h"
+
+namespace qxfp {
+
+/// Adds "-fpbin", the first argument of a command that takes a fast fingerprint file and nothing else.
+void AddFingerprintFile(QXSystem::QXInterface& itf);
+
+/// Adds "-memory", where the records are kept.
+void AddMemoryOption(QXSystem::QXInterface& itf);
+
+/// Opens a fast fingerprint file where "-memory" says. Errors: reports and returns nothing.
+std::optional<QXFingrix::QXFastFPDatabase> OpenFingerprints(const QXSystem::QXInterface& itf,
+                                                            const std::string& path);
+
+/// Fetches a record. Errors: false and a reason in words.
+bool FetchFingerprint(QXFingrix::QXFingerPrint& fp, const QXFingrix::QXFastFPDatabase& fingerprints,
+                      std::uint64_t index, std::string& reason);
+
+/// Says how much there is to do when it is going to take a while.
+void AnnounceComparisons(std::uint64_t numComparisons);
+
+}  // namespace qxfp
