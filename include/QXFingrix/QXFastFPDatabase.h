@@ -20,7 +20,7 @@ namespace QXFingrix {
 /// Where a fast database keeps its records.
 namespace QXFastFPDatabaseMemoryType {
 inline constexpr unsigned MemoryMapped = 1;  ///< in the mapped file
-inline constexpr unsigned InMemory = 2;      ///< in the heap; not there yet, falls back to memory-mapped
+inline constexpr unsigned InMemory = 2;      ///< in the heap: the file is read at once
 inline constexpr unsigned CUDA = 3;          ///< on a GPU; falls back to memory-mapped where there is none
 }  // namespace QXFastFPDatabaseMemoryType
 
@@ -48,7 +48,8 @@ class QX_API QXFastFPDatabase {
  public:
   /// Opens a file; memoryType is a QXFastFPDatabaseMemoryType value.
   /// Errors   warns and is not valid when the header is not sound, the size of the file does not fit what the
-  ///          header says, or the file was written in the other byte order.
+  ///          header says, or the file was written in the other byte order; in memory also when the records do
+  ///          not fit into it, or one of them counts more bits than it can have.
   explicit QXFastFPDatabase(const std::string& fpbinFile,
                             unsigned memoryType = QXFastFPDatabaseMemoryType::MemoryMapped);
   ~QXFastFPDatabase();
@@ -59,7 +60,7 @@ class QX_API QXFastFPDatabase {
   const QXFPTypeBase* GetFPTypeBase() const;
   std::uint64_t NumFingerPrints() const;
   unsigned GetMemoryType() const;           ///< of the back end in use; 0 when invalid
-  std::string GetMemoryTypeString() const;  ///< "memory-mapped"; empty when invalid
+  std::string GetMemoryTypeString() const;  ///< "memory-mapped" or "in-memory"; empty when invalid
 
   /// The stored fingerprint.
   /// Errors   warns and returns false, fp unchanged.
@@ -80,6 +81,11 @@ class QX_API QXFastFPDatabase {
   QXSystem::QXIter<QXSimScore> GetSortedScores(const QXChem::QXMolBase& mol,
                                                const QXFPDatabaseOptions& options) const;
   QXSystem::QXIter<QXSimScore> GetSortedScores(std::uint64_t index, const QXFPDatabaseOptions& options) const;
+
+  /// The score of every record, in record order.
+  std::vector<double> GetRawScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const;
+  std::vector<double> GetRawScores(const QXChem::QXMolBase& mol, const QXFPDatabaseOptions& options) const;
+  std::vector<double> GetRawScores(std::uint64_t index, const QXFPDatabaseOptions& options) const;
 
   // All against all: the scores of records i and j, in tiles, on the calling thread. The options' cutoff and
   // limit play a part in GetSparseMatrix only.

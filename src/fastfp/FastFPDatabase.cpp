@@ -5,6 +5,7 @@
 
 #include "QXSystem/QXErrorHandler.h"
 #include "fastfp/FastFPDatabaseImplBase.h"
+#include "fastfp/FastFPInMemoryDatabaseImpl.h"
 #include "fastfp/FastFPMemoryMapDatabaseImpl.h"
 
 namespace QXFingrix {
@@ -76,34 +77,35 @@ const QXFingerPrint* MakeQuery(const Impl& impl, std::uint64_t index, QXFingerPr
   return nullptr;
 }
 
-using ScoreOperation = SimScoreIter (Impl::*)(const QXFingerPrint&, const QXFPDatabaseOptions&) const;
+template <class Scores>
+using ScoreOperation = Scores (Impl::*)(const QXFingerPrint&, const QXFPDatabaseOptions&) const;
 
-template <class Query>
-SimScoreIter RunQuery(const Impl* impl, ScoreOperation operation, const Query& query,
-                      const QXFPDatabaseOptions& options, const char* caller) {
+template <class Scores, class Query>
+Scores RunQuery(const Impl* impl, ScoreOperation<Scores> operation, const Query& query,
+                const QXFPDatabaseOptions& options, const char* caller) {
   if (!CheckDatabase(impl, caller) || !CheckQuery(*impl, query, caller) || !CheckMeasure(options, caller)) {
     return {};
   }
   QXFingerPrint storage;
   const QXFingerPrint* const fp = MakeQuery(*impl, query, storage, caller);
-  return fp == nullptr ? SimScoreIter() : (impl->*operation)(*fp, options);
+  return fp == nullptr ? Scores() : (impl->*operation)(*fp, options);
 }
 
-// Says which memory types are not to be had; what is built then is memory-mapped, the only back end there is
-// yet. An unknown type is tried on a GPU first, like CUDA.
-void ReportFallback(unsigned memoryType) {
+// An unknown memory type is tried on a GPU first, like CUDA.
+std::unique_ptr<Impl> OpenDatabase(const std::string& fpbinFile, unsigned memoryType) {
   constexpr const char* caller = fastFPDatabaseConstructor;
-  if (memoryType == QXFastFPDatabaseMemoryType::MemoryMapped) return;
   if (memoryType == QXFastFPDatabaseMemoryType::InMemory) {
-    Refuse(caller, "in-memory type is not available falling back to memory-mapped type!");
-    return;
+    return std::make_unique<QXFastFPInMemoryDatabaseImpl>(fpbinFile);
   }
-  if (memoryType != QXFastFPDatabaseMemoryType::CUDA) {
-    Refuse(caller, "invalid memory type parameter initialized for memory-mapped!");
+  if (memoryType != QXFastFPDatabaseMemoryType::MemoryMapped) {
+    if (memoryType != QXFastFPDatabaseMemoryType::CUDA) {
+      Refuse(caller, "invalid memory type parameter initialized for memory-mapped!");
+    }
+    if (!QXFingrixIsGPUReady()) {
+      Refuse(caller, "no CUDA-enabled device available falling back to memory-mapped type!");
+    }
   }
-  if (!QXFingrixIsGPUReady()) {
-    Refuse(caller, "no CUDA-enabled device available falling back to memory-mapped type!");
-  }
+  return std::make_unique<QXFastFPMemoryMapDatabaseImpl>(fpbinFile);
 }
 
 }  // namespace
@@ -112,10 +114,8 @@ bool QXFingrixIsGPUReady() {
   return false;  // there is no GPU back end yet
 }
 
-QXFastFPDatabase::QXFastFPDatabase(const std::string& fpbinFile, unsigned memoryType) {
-  ReportFallback(memoryType);
-  impl_ = std::make_unique<QXFastFPMemoryMapDatabaseImpl>(fpbinFile);
-}
+QXFastFPDatabase::QXFastFPDatabase(const std::string& fpbinFile, unsigned memoryType)
+    : impl_(OpenDatabase(fpbinFile, memoryType)) {}
 QXFastFPDatabase::~QXFastFPDatabase() = default;
 QXFastFPDatabase::QXFastFPDatabase(QXFastFPDatabase&&) noexcept = default;
 QXFastFPDatabase& QXFastFPDatabase::operator=(QXFastFPDatabase&&) noexcept = default;
@@ -194,6 +194,21 @@ SimScoreIter QXFastFPDatabase::GetSortedScores(const QXChem::QXMolBase& mol,
 SimScoreIter QXFastFPDatabase::GetSortedScores(std::uint64_t index,
                                                const QXFPDatabaseOptions& options) const {
   return RunQuery(impl_.get(), &Impl::GetSortedScores, index, options, "QXFastFPDatabase::GetSortedScores()");
+}
+
+std::vector<double> QXFastFPDatabase::GetRawScores(const QXFingerPrint& fp,
+                                                   const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetRawScores, fp, options, "QXFastFPDatabase::GetRawScores()");
+}
+
+std::vector<double> QXFastFPDatabase::GetRawScores(const QXChem::QXMolBase& mol,
+                                                   const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetRawScores, mol, options, "QXFastFPDatabase::GetRawScores()");
+}
+
+std::vector<double> QXFastFPDatabase::GetRawScores(std::uint64_t index,
+                                                   const QXFPDatabaseOptions& options) const {
+  return RunQuery(impl_.get(), &Impl::GetRawScores, index, options, "QXFastFPDatabase::GetRawScores()");
 }
 
 std::vector<float> QXFastFPDatabase::GetAllScores(const QXFPDatabaseOptions& options) const {

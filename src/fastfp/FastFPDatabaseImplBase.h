@@ -33,6 +33,8 @@ class QXFastFPDatabaseImplBase {
   virtual std::string GetMemoryTypeString() const = 0;
   virtual SimScoreIter GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
   virtual SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
+  virtual std::vector<double> GetRawScores(const QXFingerPrint& fp,
+                                           const QXFPDatabaseOptions& options) const = 0;
   virtual std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const = 0;
   virtual QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const = 0;
   virtual QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,

@@ -60,6 +60,21 @@ SimScoreIter FastFPScanImpl::GetSortedScores(const QXFingerPrint& fp,
   return scores;
 }
 
+std::vector<double> FastFPScanImpl::GetRawScores(const QXFingerPrint& fp,
+                                                 const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetRawScores()";
+  RecordTable records;
+  if (!GetRecords(records, caller)) return {};
+  std::vector<double> scores;
+  WithinMemory(caller, [&] {
+    scores.resize(records.numRecords);
+    const QueryBits query{fp.GetWords(), CountBits(fp)};
+    ScanAll(records, query, Scorer(options, records.NumBits(), query.numSet), 0, records.numRecords,
+            [out = scores.begin()](unsigned, double score) mutable { *out++ = score; });
+  });
+  return scores;
+}
+
 unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
                                       const QXFPDatabaseOptions& options) const {
   constexpr const char* caller = "QXFastFPDatabase::SortedSearch()";

@@ -14,6 +14,8 @@ class FastFPScanImpl : public QXFastFPDatabaseImplBase {
 
   SimScoreIter GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const override;
   SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const override;
+  std::vector<double> GetRawScores(const QXFingerPrint& fp,
+                                   const QXFPDatabaseOptions& options) const override;
   std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const override;
   QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const override;
   QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,

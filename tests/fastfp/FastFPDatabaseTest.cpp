@@ -69,18 +69,18 @@ TEST_F(FastFPDatabase, AbsentMemoryTypesFallBackInWords) {
   const std::string caller = "QXFastFPDatabase::QXFastFPDatabase() : ";
   const std::string noGPU = caller + "no CUDA-enabled device available falling back to memory-mapped type!";
   const std::string invalid = caller + "invalid memory type parameter initialized for memory-mapped!";
-  const std::string noHeap = caller + "in-memory type is not available falling back to memory-mapped type!";
-  const std::pair<unsigned, Strings> cases[] = {{MemoryType::MemoryMapped, {}},
-                                                {MemoryType::InMemory, {noHeap}},
-                                                {MemoryType::CUDA, {noGPU}},
-                                                {7, {invalid, noGPU}},
-                                                {0, {invalid, noGPU}}};
-  for (const auto& [memoryType, expected] : cases) {
+  const std::tuple<unsigned, const char*, Strings> cases[] = {{MemoryType::MemoryMapped, "memory-mapped", {}},
+                                                              {MemoryType::InMemory, "in-memory", {}},
+                                                              {MemoryType::CUDA, "memory-mapped", {noGPU}},
+                                                              {7, "memory-mapped", {invalid, noGPU}},
+                                                              {0, "memory-mapped", {invalid, noGPU}}};
+  for (const auto& [memoryType, name, expected] : cases) {
     const QXErrorCollector reports;
     const QXFastFPDatabase db(file_, memoryType);
     EXPECT_EQ(Texts(reports), expected) << memoryType;
     EXPECT_TRUE(db.IsValid());
-    EXPECT_EQ(db.GetMemoryTypeString(), "memory-mapped");
+    EXPECT_EQ(db.GetMemoryTypeString(), name);
+    EXPECT_EQ(db.GetMemoryType() == MemoryType::InMemory, memoryType == MemoryType::InMemory);
   }
 }
 
@@ -108,6 +108,9 @@ TEST_F(FastFPDatabase, EveryOperationOnAnInvalidObjectWarnsOnceAndGivesNothing) 
       {"GetScores", [&](auto& d) { return !d.GetScores(fps_[0], options); }},
       {"GetScores", [&](auto& d) { return !d.GetScores(mol, options); }},
       {"GetScores", [&](auto& d) { return !d.GetScores(std::uint64_t{0}, options); }},
+      {"GetRawScores", [&](auto& d) { return d.GetRawScores(fps_[0], options).empty(); }},
+      {"GetRawScores", [&](auto& d) { return d.GetRawScores(mol, options).empty(); }},
+      {"GetRawScores", [&](auto& d) { return d.GetRawScores(std::uint64_t{0}, options).empty(); }},
       {"GetSortedScores", [&](auto& d) { return !d.GetSortedScores(fps_[0], options); }},
       {"GetSortedScores", [&](auto& d) { return !d.GetSortedScores(mol, options); }},
       {"GetSortedScores", [&](auto& d) { return !d.GetSortedScores(std::uint64_t{0}, options); }},
@@ -138,6 +141,7 @@ TEST_F(FastFPDatabase, UnsuitableQueriesAreRefusedInWords) {
   const QXChem::QXGraphMol empty;
   const std::string scores = "QXFastFPDatabase::GetScores() : ";
   const std::string sorted = "QXFastFPDatabase::GetSortedScores() : ";
+  const std::string raw = "QXFastFPDatabase::GetRawScores() : ";
   const std::pair<std::string, std::function<bool()>> cases[] = {
       {scores + "invalid fingerprint type!", [&] { return !db.GetScores(typeless, options); }},
       {scores + "fingerprint type mismatch!", [&] { return !db.GetScores(otherType, options); }},
@@ -145,6 +149,9 @@ TEST_F(FastFPDatabase, UnsuitableQueriesAreRefusedInWords) {
       {sorted + "fingerprint type mismatch!", [&] { return !db.GetSortedScores(resized, options); }},
       {scores + "empty molecule!", [&] { return !db.GetScores(empty, options); }},
       {sorted + "fingerprint index out of range!", [&] { return !db.GetSortedScores(5, options); }},
+      {raw + "fingerprint type mismatch!", [&] { return db.GetRawScores(otherType, options).empty(); }},
+      {raw + "empty molecule!", [&] { return db.GetRawScores(empty, options).empty(); }},
+      {raw + "fingerprint index out of range!", [&] { return db.GetRawScores(5, options).empty(); }},
       {"QXFastFPDatabase::GetFingerPrint() : fingerprint index out of range!",
        [&] {
          QXFingerPrint fp;

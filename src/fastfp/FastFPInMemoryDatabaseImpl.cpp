@@ -1,0 +1,22 @@
+#include "fastfp/FastFPInMemoryDatabaseImpl.h"
+
+#include "QXSystem/QXErrorHandler.h"
+#include "fastfp/ReadRecords.h"
+
+namespace QXFingrix {
+
+QXFastFPInMemoryDatabaseImpl::QXFastFPInMemoryDatabaseImpl(const std::string& fpbinFile)
+    : FastFPScanImpl(fpbinFile) {
+  if (!IsValid()) return;
+  records_ = ReadRecords(FileName(), Params(), fastFPDatabaseConstructor);
+  if (records_ != nullptr) return;
+  Invalidate();
+  QXSystem::QXThrow.Warning("%s cannot initialize object for in memory search!", fastFPDatabaseConstructor);
+}
+
+bool QXFastFPInMemoryDatabaseImpl::GetRecords(RecordTable& records, const char*) const {
+  records = {records_.get(), NumWords(), NumFingerPrints()};
+  return true;
+}
+
+}  // namespace QXFingrix
