@@ -196,6 +196,23 @@ SimScoreIter QXFastFPDatabase::GetSortedScores(std::uint64_t index,
   return RunQuery(impl_.get(), &Impl::GetSortedScores, index, options, "QXFastFPDatabase::GetSortedScores()");
 }
 
+std::vector<SimScoreIter> QXFastFPDatabase::GetSortedScores(std::span<const QXFingerPrint> fps,
+                                                            const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetSortedScores()";
+  std::vector<SimScoreIter> hits(fps.size());
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return hits;
+  std::vector<const QXFingerPrint*> suitable;
+  std::vector<SimScoreIter*> hitsOf;
+  for (std::size_t i = 0; i < fps.size(); ++i) {
+    if (!CheckQuery(*impl_, fps[i], caller)) continue;
+    suitable.push_back(&fps[i]);
+    hitsOf.push_back(&hits[i]);
+  }
+  std::vector<SimScoreIter> found = impl_->GetSortedScores(suitable, options);
+  for (std::size_t i = 0; i < found.size(); ++i) *hitsOf[i] = std::move(found[i]);
+  return hits;
+}
+
 std::vector<double> QXFastFPDatabase::GetRawScores(const QXFingerPrint& fp,
                                                    const QXFPDatabaseOptions& options) const {
   return RunQuery(impl_.get(), &Impl::GetRawScores, fp, options, "QXFastFPDatabase::GetRawScores()");

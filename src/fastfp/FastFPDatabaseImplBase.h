@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,10 @@ class QXFastFPDatabaseImplBase {
   /// A stored record. Errors: false, without a report of what the record holds.
   virtual bool GetFingerPrint(std::vector<unsigned long>& words, std::uint64_t& molIndex,
                               std::uint64_t& bitCount, std::uint64_t index) const = 0;
+
+  /// The hits of each query, as GetSortedScores gives them.
+  virtual std::vector<SimScoreIter> GetSortedScores(std::span<const QXFingerPrint* const> fps,
+                                                    const QXFPDatabaseOptions& options) const = 0;
 
   const QXFPTypeBase* GetFPTypeBase() const { return params_.GetFPTypeBase(); }
   std::uint64_t NumFingerPrints() const { return params_.NumFingerPrints(); }

@@ -1,6 +1,9 @@
 #include "fastfp/FastFPScanImpl.h"
 
+#include <algorithm>
+
 #include "database/WithinMemory.h"
+#include "fastfp/BatchScan.h"
 #include "fastfp/SortedScan.h"
 
 namespace QXFingrix {
@@ -56,6 +59,23 @@ SimScoreIter FastFPScanImpl::GetSortedScores(const QXFingerPrint& fp,
     scan.Scan(0, records.numRecords);
     hits->Sort();
     scores = QXSystem::QXMakeVectorIter(hits->TakeHits());
+  });
+  return scores;
+}
+
+std::vector<SimScoreIter> FastFPScanImpl::GetSortedScores(std::span<const QXFingerPrint* const> fps,
+                                                          const QXFPDatabaseOptions& options) const {
+  constexpr const char* caller = "QXFastFPDatabase::GetSortedScores()";
+  std::vector<SimScoreIter> scores(fps.size());
+  RecordTable records;
+  if (!GetRecords(records, caller)) return scores;
+  WithinMemory(caller, [&] {
+    std::vector<QueryBits> queries;
+    for (const QXFingerPrint* fp : fps) queries.push_back({fp->GetWords(), CountBits(*fp)});
+    auto hits = BatchScan(records, queries, options);
+    std::ranges::transform(hits, scores.begin(), [](std::vector<QXSimScore>& hitsOfOne) {
+      return QXSystem::QXMakeVectorIter(std::move(hitsOfOne));
+    });
   });
   return scores;
 }

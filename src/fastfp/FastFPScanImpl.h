@@ -25,6 +25,8 @@ class FastFPScanImpl : public QXFastFPDatabaseImplBase {
                         const QXFPDatabaseOptions& options) const override;
   bool GetFingerPrint(std::vector<unsigned long>& words, std::uint64_t& molIndex, std::uint64_t& bitCount,
                       std::uint64_t index) const override;
+  std::vector<SimScoreIter> GetSortedScores(std::span<const QXFingerPrint* const> fps,
+                                            const QXFPDatabaseOptions& options) const override;
 
  protected:
   /// The records. Errors: reports in the caller's name and returns false when there are none to read.

@@ -82,12 +82,12 @@ class ThreadedSearch {
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end) {
   ScanCandidates(records_, query_, scorer_, filter_, begin, end,
-                 [this](unsigned idx, double score) -> std::optional<double> {
-                   if (hits_.AddHit(QXSimScore(idx, score))) return std::nullopt;
-                   const double bar = hits_.GetBar().GetScore();
-                   const bool isWorse = descending_ ? score < bar : score > bar;
-                   return isWorse ? std::optional(bar) : std::nullopt;
-                 });
+                 [this](unsigned idx, double score) { return Offer(idx, score); });
+}
+
+void SortedScan::Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
+  OfferCandidates(records_, scorer_, filter_, first, size, shared,
+                  [this](unsigned idx, double score) { return Offer(idx, score); });
 }
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFPHistogram.h"
@@ -30,8 +31,18 @@ class SortedScan {
   void Scan(std::uint64_t begin, std::uint64_t end);
   /// The same, and counts the score of every record.
   void Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram);
+  /// Offers those of a block whose shared bits somebody else has counted.
+  void Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared);
 
  private:
+  // Adds a hit; the bar where it was missed.
+  std::optional<double> Offer(unsigned idx, double score) {
+    if (hits_.AddHit(QXSimScore(idx, score))) return std::nullopt;
+    const double bar = hits_.GetBar().GetScore();
+    const bool isWorse = descending_ ? score < bar : score > bar;
+    return isWorse ? std::optional(bar) : std::nullopt;
+  }
+
   const RecordTable records_;
   const QueryBits query_;
   const Scorer scorer_;
