@@ -58,6 +58,32 @@ void ScanRecords(benchmark::State& state, const QXBitCountKernel& kernel, std::s
   SetCounters(state, numWords, numRecords);
 }
 
+constexpr std::size_t tileQueries = 128;
+constexpr std::size_t tileRecords = 256;
+
+// All pairs of a tile inside L2: each query on its own, or all of them at once.
+template <bool isTiled>
+void CompareTile(benchmark::State& state, const QXBitCountKernel& kernel, std::size_t numWords) {
+  const std::size_t stride = numWords + extraWords;
+  const std::uint64_t* records = GetRecords().data();
+  const std::uint64_t* queries = records + tileRecords * stride;
+  std::vector<std::uint32_t> both(tileQueries * tileRecords);
+  for (auto _ : state) {
+    if constexpr (isTiled) {
+      kernel.countAndTile(queries, stride, tileQueries, records, stride, tileRecords, numWords, both.data(),
+                          tileRecords);
+    } else {
+      for (std::size_t q = 0; q < tileQueries; ++q) {
+        kernel.countAnd(queries + q * stride, numWords, records, stride, tileRecords,
+                        both.data() + q * tileRecords);
+      }
+    }
+    benchmark::DoNotOptimize(both.data());
+    benchmark::ClobberMemory();
+  }
+  SetCounters(state, numWords, tileQueries * tileRecords);
+}
+
 // A sum of all words with wide loads, prefetched like the kernels beyond the caches: the fastest read of one
 // thread that we know how to write.
 template <bool isPrefetched>
@@ -96,6 +122,16 @@ const bool areRegistered = [] {
         benchmark::RegisterBenchmark(("CountAnd/" + std::string(kernel.name) + shape).c_str(), ScanRecords,
                                      std::cref(kernel), numWords, numRecords);
       }
+    }
+  }
+  for (const QXBitCountKernel& kernel : QXSystem::QXGetBitCountKernels()) {
+    if (!kernel.isSupported()) continue;
+    for (const std::size_t numWords : {16u, 32u, 64u}) {
+      const std::string shape = "/" + std::string(kernel.name) + "/" + std::to_string(numWords) + "/" +
+                                std::to_string(tileQueries) + "x" + std::to_string(tileRecords);
+      benchmark::RegisterBenchmark(("OneByOne" + shape).c_str(), CompareTile<false>, std::cref(kernel),
+                                   numWords);
+      benchmark::RegisterBenchmark(("Tile" + shape).c_str(), CompareTile<true>, std::cref(kernel), numWords);
     }
   }
   return true;

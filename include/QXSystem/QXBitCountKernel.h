@@ -34,7 +34,7 @@ struct QXBitCountKernel {
   /// popcount(query q AND record i).
   /// Shape    queries: numQueries of numWords words, queryStride words apart; records: as for countAnd; both:
   ///          numQueries rows of numRecords counts, bothStride counts apart. Any numbers, 0 included; tiles
-  ///          that the caches hold, and multiples of 8 queries and 8 records, are fastest.
+  ///          that the caches hold, and multiples of 4 queries and 64 records, are fastest.
   /// Cost     O(numWords numQueries numRecords), no allocation; each record is loaded once for several
   ///          queries.
   void (*countAndTile)(const std::uint64_t* queries, std::size_t queryStride, std::size_t numQueries,

@@ -73,6 +73,42 @@ TEST_P(BitCountKernelTest, CountAndMatchesANaiveCountAtEverySizeAndStride) {
   }
 }
 
+// Gaps and the room after a row's counts keep their canaries.
+void ExpectTileMatchesANaiveCount(const QXBitCountKernel& kernel, std::size_t numQueries,
+                                  std::size_t numRecords, std::size_t numWords, std::mt19937_64& random) {
+  const std::size_t queryGap = random() % 3, gap = random() % 3, room = random() % 3;
+  const std::size_t queryStride = numWords + queryGap, stride = numWords + gap,
+                    bothStride = numRecords + room;
+  const auto queries = RandomWords(numQueries == 0 ? 0 : numQueries * queryStride - queryGap, random);
+  const auto records = RandomWords(numRecords == 0 ? 0 : numRecords * stride - gap, random);
+  std::vector<std::uint32_t> expected(numQueries == 0 ? 0 : numQueries * bothStride - room, 77);
+  std::vector<std::uint32_t> both = expected;
+  for (std::size_t q = 0; q < numQueries; ++q) {
+    for (std::size_t i = 0; i < numRecords; ++i) {
+      expected[q * bothStride + i] = static_cast<std::uint32_t>(
+          NaiveCountAnd(queries.data() + q * queryStride, records.data() + i * stride, numWords));
+    }
+  }
+  kernel.countAndTile(queries.data(), queryStride, numQueries, records.data(), stride, numRecords, numWords,
+                      both.data(), bothStride);
+  ASSERT_EQ(both, expected) << numQueries << " queries, " << numRecords << " records, " << numWords
+                            << " words";
+}
+
+TEST_P(BitCountKernelTest, CountAndTileMatchesANaiveCountInEveryShape) {
+  std::mt19937_64 random(4);
+  for (std::size_t numWords = 1; numWords <= 40; ++numWords) {
+    for (std::size_t numQueries = 0; numQueries < 10; ++numQueries) {
+      for (std::size_t numRecords = 0; numRecords < 10; ++numRecords) {
+        ExpectTileMatchesANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
+      }
+      for (const std::size_t numRecords : {64, 65, 130}) {
+        ExpectTileMatchesANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
+      }
+    }
+  }
+}
+
 TEST_P(BitCountKernelTest, CountPairMatchesANaiveCountAtEverySize) {
   std::mt19937_64 random(3);
   for (std::size_t numWords = 0; numWords <= maxWords; ++numWords) {
@@ -92,6 +128,10 @@ TEST_P(BitCountKernelTest, FullVectorsDoNotOverflowALane) {
   std::uint32_t both = 0;
   GetParam().countAnd(ones.data(), ones.size(), ones.data(), ones.size(), 1, &both);
   EXPECT_EQ(both, 64 * ones.size());
+  const std::vector<std::uint32_t> tile(8 * 64, 64 * 1000);
+  std::vector<std::uint32_t> counted(tile.size());
+  GetParam().countAndTile(ones.data(), 1000, 8, ones.data(), 1000, 64, 1000, counted.data(), 64);
+  EXPECT_EQ(counted, tile);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, BitCountKernelTest, testing::ValuesIn(QXGetBitCountKernels()),

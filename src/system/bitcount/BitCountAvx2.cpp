@@ -3,6 +3,8 @@
 
 #include <immintrin.h>
 
+#include <bit>
+
 #include "system/bitcount/Kernels.h"
 
 #define QX_KERNEL_TARGET [[gnu::target("avx2")]]
@@ -63,6 +65,8 @@ struct Lanes {
     return static_cast<std::uint64_t>(half[0] + half[1]);
   }
 };
+
+#include "system/bitcount/NibblePanel.h"
 
 #include "system/bitcount/Body.h"
 

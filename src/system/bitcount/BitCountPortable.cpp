@@ -12,7 +12,9 @@ namespace {
 struct Lanes {
   using Vector [[gnu::vector_size(16)]] = std::uint64_t;
   using Sum = Vector;
-  static constexpr std::size_t blockWords = 8;
+  static constexpr std::size_t blockWords = 16;
+  static constexpr std::size_t tileQueries = 1;  // two pairs at once are slower: too few registers
+  static constexpr std::size_t tileRecords = 1;
 
   static constexpr std::uint64_t pairs = 0x5555555555555555;
   static constexpr std::uint64_t nibbles = 0x3333333333333333;
@@ -43,25 +45,40 @@ struct Lanes {
     return counts & 0xffff;
   }
 
-  // The nibble counts of four words, two by two: up to 8.
-  static Vector HalfBlock(const std::uint64_t* query, const std::uint64_t* record) {
-    return NibbleCounts(Load(query) & Load(record)) + NibbleCounts(Load(query + 2) & Load(record + 2));
+  // The byte counts of 2 numVectors words: numVectors at most 3, so that no nibble count exceeds 12.
+  template <std::size_t numVectors>
+  static Vector SharedByteCounts(const std::uint64_t* query, const std::uint64_t* record) {
+    Vector counts{};
+#pragma GCC unroll 3
+    for (std::size_t i = 0; i < 2 * numVectors; i += 2) {
+      counts += NibbleCounts(Load(query + i) & Load(record + i));
+    }
+    return ByteCounts(counts);
   }
 
   static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
-    return sum +
-           AddBytes(ByteCounts(HalfBlock(query, record)) + ByteCounts(HalfBlock(query + 4, record + 4)));
+    return sum + AddBytes(SharedByteCounts<3>(query, record) + SharedByteCounts<3>(query + 6, record + 6) +
+                          SharedByteCounts<2>(query + 12, record + 12));
   }
 
   static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record, std::size_t numWords) {
+    Vector bytes{};
     std::size_t i = 0;
-    for (; numWords - i >= 4; i += 4) sum += AddBytes(ByteCounts(HalfBlock(query + i, record + i)));
-    for (; i < numWords; ++i) sum[0] += AddBytes(ByteCounts(NibbleCounts(query[i] & record[i])));
-    return sum;
+    for (; numWords - i >= 4; i += 4) bytes += SharedByteCounts<2>(query + i, record + i);
+    for (; i < numWords; ++i) bytes[0] += ByteCounts(NibbleCounts(query[i] & record[i]));
+    return sum + AddBytes(bytes);
   }
 
-  static std::uint64_t Total(Sum sum) { return sum[0] + sum[1]; }
+  static std::uint64_t Total(Sum sum) {
+    return sum[0] + sum[1];
+  }
+
+  static void AddTotals(const Sum (&sums)[tileRecords], std::uint32_t* both) {
+    for (std::size_t r = 0; r < tileRecords; ++r) both[r] += static_cast<std::uint32_t>(Total(sums[r]));
+  }
 };
+
+#include "system/bitcount/RegisterTile.h"
 
 #include "system/bitcount/Body.h"
 

@@ -1,10 +1,15 @@
 // The loops that all kernels share. A file of one instruction set defines QX_KERNEL_TARGET as the attribute
-// that selects it, then a struct Lanes in an anonymous namespace, and then includes this file there:
+// that selects it, then structs Lanes and Panel in an anonymous namespace, and then includes this file
+// there. Of Lanes it needs
 //   Sum                                   running counts, one or several lanes wide; Sum{} is zero
 //   blockWords                            words that AddBlock takes
 //   Sum AddBlock(Sum, query, record)      adds the counts of query AND record over blockWords words
 //   Sum AddTail(Sum, query, record, n)    the same over n words, 0 < n < blockWords, and reads no others
 //   std::uint64_t Total(Sum)              the sum of the lanes
+// and of Panel, which is tileRecords records in the form that their comparison with tileQueries queries reads
+//   maxWords                              words of a record that a panel takes
+//   Panel(records, stride, n)             over n words, 0 < n <= maxWords
+//   AddTile(queries, stride, both, stride)  adds the counts to both
 // It is included and not a template in a header of its own, because a template would have to name its target
 // before it knows its lanes: code for one instruction set is inlined only into code for the same set.
 //
@@ -49,16 +54,38 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
+// The pairs that fill no tile.
+QX_KERNEL_TARGET inline void CountRest(const std::uint64_t* queries, std::size_t queryStride,
+                                       std::size_t numQueries, const std::uint64_t* records,
+                                       std::size_t stride, std::size_t numRecords, std::size_t numWords,
+                                       std::uint32_t* both, std::size_t bothStride) {
+  for (std::size_t i = 0; i < numRecords; ++i, records += stride) {
+    for (std::size_t q = 0; q < numQueries; ++q) {
+      both[q * bothStride + i] =
+          static_cast<std::uint32_t>(CountShared<false>(queries + q * queryStride, records, numWords));
+    }
+  }
+}
+
 QX_KERNEL_TARGET void CountAndTile(const std::uint64_t* queries, std::size_t queryStride,
                                    std::size_t numQueries, const std::uint64_t* records, std::size_t stride,
                                    std::size_t numRecords, std::size_t numWords, std::uint32_t* both,
                                    std::size_t bothStride) {
-  for (std::size_t i = 0; i < numRecords; ++i) {
-    for (std::size_t q = 0; q < numQueries; ++q) {
-      both[q * bothStride + i] =
-          static_cast<std::uint32_t>(CountShared<false>(queries + q * queryStride, records + i * stride, numWords));
+  const std::size_t tiledQueries = numQueries - numQueries % Panel::tileQueries;
+  const std::size_t tiledRecords = tiledQueries == 0 ? 0 : numRecords - numRecords % Panel::tileRecords;
+  for (std::size_t q = 0; q < tiledQueries; ++q) std::fill_n(both + q * bothStride, tiledRecords, 0u);
+  for (std::size_t i = 0; i < tiledRecords; i += Panel::tileRecords) {
+    for (std::size_t w = 0; w < numWords; w += Panel::maxWords) {
+      const Panel panel(records + i * stride + w, stride, std::min(Panel::maxWords, numWords - w));
+      for (std::size_t q = 0; q < tiledQueries; q += Panel::tileQueries) {
+        panel.AddTile(queries + q * queryStride + w, queryStride, both + q * bothStride + i, bothStride);
+      }
     }
   }
+  CountRest(queries, queryStride, tiledQueries, records + tiledRecords * stride, stride,
+            numRecords - tiledRecords, numWords, both + tiledRecords, bothStride);
+  CountRest(queries + tiledQueries * queryStride, queryStride, numQueries - tiledQueries, records, stride,
+            numRecords, numWords, both + tiledQueries * bothStride, bothStride);
 }
 
 QX_KERNEL_TARGET void CountPair(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords,

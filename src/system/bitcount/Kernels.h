@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>  // for Body.h, which is included inside a namespace
+
 #include "QXSystem/QXBitCountKernel.h"
 
 // One function per instruction set, each in a file of its own.
