@@ -26,8 +26,7 @@ class Panel {
  public:
   static constexpr std::size_t tileQueries = 4;
   static constexpr std::size_t tileRecords = 64;
-  static constexpr std::size_t maxWords =
-      32;  // 32 KiB; fewer would stay in the first-level cache, but cost more sums of 16 bits
+  static constexpr std::size_t maxWords = 32;  // 32 KiB: half of it is slower, for its 16-bit sums
 
   QX_KERNEL_TARGET Panel(const std::uint64_t* records, std::size_t stride, std::size_t numWords)
       : numBytes_(numWords * sizeof(std::uint64_t)) {
