@@ -222,46 +222,6 @@ TEST_F(FastFPDatabase, RecordOfAnotherMoleculeIsInconsistent) {
                      "QXFastFPDatabase::GetScores() : cannot access fingerprint!"}));
 }
 
-// Every one of these headers passes the header reader, which looks at the header alone.
-TEST_F(FastFPDatabase, FileThatDoesNotHoldWhatItsHeaderSaysIsRefused) {
-  const auto withHeader = [&](std::uint64_t num, std::uint64_t numWords, std::size_t size) {
-    std::string bytes = "LE\nmols.smi\n" + PathTypeString(1024) + '\n' + std::to_string(num) + '\n';
-    bytes.resize(784, '\0');
-    bytes.append(reinterpret_cast<const char*>(&numWords), 8).append(reinterpret_cast<const char*>(&num), 8);
-    bytes.resize(size, '\0');
-    return bytes;
-  };
-  const std::string cases[] = {
-      bytes_.substr(0, bytes_.size() - 1),          // the last byte cut off
-      bytes_.substr(0, 800),                        // no records
-      bytes_ + '\0',                                // a byte too much
-      withHeader(5, 32, 800 + 5 * 34 * 8),          // words of another size than the type's
-      withHeader(5, 0, 800 + 5 * 2 * 8),            //
-      withHeader(1ULL << 60, 16, 800),              // N * record size is 0 modulo 2^64
-      withHeader(~0ULL, 16, 800 + 144),             //
-      withHeader(2, ~0ULL - 1, 800),                // W + 2 is 0 modulo 2^64
-      withHeader(1, (1ULL << 61) + 16, 800 + 144),  // (W + 2) * 8 overflows to a good size
-  };
-  for (std::size_t i = 0; i < std::size(cases); ++i) {
-    WriteFile(file_, cases[i]);
-    const QXErrorCollector reports;
-    const QXFastFPDatabase db(file_);
-    EXPECT_FALSE(db.IsValid()) << i;
-    EXPECT_EQ(Texts(reports),
-              Strings{"QXFastFPDatabase::QXFastFPDatabase() : cannot initialize object for memory mapping!"})
-        << i;
-  }
-}
-
-TEST_F(FastFPDatabase, BigEndianFileIsRefusedOnce) {
-  bytes_.replace(0, 2, "BE");
-  WriteFile(file_, bytes_);
-  const QXErrorCollector reports;
-  EXPECT_FALSE(QXFastFPDatabase(file_).IsValid());
-  EXPECT_EQ(Texts(reports), Strings{"QXFastFPDatabase::QXFastFPDatabase() : " + file_ +
-                                    " was written in big-endian byte order, which is not supported!"});
-}
-
 TEST_F(FastFPDatabase, TypesThatHaveNoFastFileAreRefused) {
   const std::string caller = "QXFastFPDatabase::QXFastFPDatabase() ";
   const std::pair<std::string, std::string> cases[] = {
