@@ -57,7 +57,7 @@ class MatrixTest(PairsCase):
             ([], self.neighbours("Tanimoto", 10)),
             (["-limit", "1"], self.neighbours("Tanimoto", 1)),
             (["-limit", "0"], self.neighbours("Tanimoto", every)),
-            (["-limit", str(every - 1)], self.neighbours("Tanimoto", every)),
+            (["-limit", str(every - 1), "-memory", "memory"], self.neighbours("Tanimoto", every)),
             (["-limit", str(every)], self.neighbours("Tanimoto", every)),
             (["-limit", "100000", "-cutoff", "0.5"], self.neighbours("Tanimoto", every, lambda s: s >= 0.5)),
             ([*TVERSKY, "-limit", "4"], self.neighbours("Tversky", 4)),
@@ -100,7 +100,7 @@ class HistogramTest(PairsCase):
         n = len(self.bits)
         pairs = [(i, j) for i in range(n) for j in range(i)]
         self.assert_counts(self.histogram(), [self.score(i, j, "Tanimoto") for i, j in pairs], 20)
-        rows = self.histogram("-simfunc", "Manhattan", "-bins", "64")
+        rows = self.histogram("-simfunc", "Manhattan", "-bins", "64", "-memory", "memory")
         self.assert_counts(rows, [self.score(i, j, "Manhattan") for i, j in pairs], 64)
         both_ways = [self.score(i, j, "Tversky") for i in range(n) for j in range(n)]
         self.assert_counts(self.histogram(*TVERSKY, "-bins", "7"), both_ways, 7)

@@ -1,10 +1,11 @@
+#include <algorithm>
 #include <utility>
 
 #include "FingerprintFile.h"
 #include "FingerprintOptions.h"
 #include "HitTexts.h"
+#include "Messages.h"
 #include "QXFingrix/QXFastFPDatabase.h"
-#include "QXFingrix/QXSimSearchResult.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "SearchTarget.h"
 
@@ -12,33 +13,37 @@ namespace qxfp {
 
 namespace {
 
+using QXFingrix::QXFastFPDatabase;
+using QXFingrix::QXFingerPrint;
 using QXFingrix::QXFPDatabaseOptions;
-using QXSystem::QXThrow;
+
+constexpr std::uint64_t kMaxGroup = 128;          // queries; more no longer make a search faster
+constexpr std::uint64_t kMaxGroupHits = 4 << 20;  // 64 MiB of hits may wait to be written
 
 class FingerprintFileTarget final : public SearchTarget {
  public:
-  FingerprintFileTarget(QXFingrix::QXFastFPDatabase fingerprints, const QXFPDatabaseOptions& options)
+  FingerprintFileTarget(QXFastFPDatabase fingerprints, const QXFPDatabaseOptions& options)
       : fingerprints_(std::move(fingerprints)), options_(options) {}
 
   bool OpenTexts(const QXSystem::QXInterface& itf, const std::string& path) {
     return texts_.Open(itf, path, fingerprints_);
   }
 
-  bool FindHits(const QXChem::QXMolBase& query, Hits& hits, std::string& reason) const override {
-    QXFingrix::QXSimSearchResult result;
-    if (fingerprints_.SortedSearch(result, query, options_) != QXFingrix::QXSimSearchStatus::Finished) {
-      reason = "it could not be searched for";
-      return false;
-    }
-    hits = result.GetSortedScores();
-    return true;
+  const QXFingrix::QXFPTypeBase* GetFPTypeBase() const override { return fingerprints_.GetFPTypeBase(); }
+
+  bool MakeStoredQuery(QXFingerPrint& fp, std::uint64_t index, std::string& reason) const override {
+    return FetchFingerprint(fp, fingerprints_, index, reason);
   }
 
-  bool FindHitsOfStored(std::uint64_t index, Hits& hits, std::string& reason) const override {
-    QXFingrix::QXFingerPrint fp;
-    if (!FetchFingerprint(fp, fingerprints_, index, reason)) return false;
-    hits = fingerprints_.GetSortedScores(fp, options_);
-    return true;
+  std::uint64_t GetGroupSize() const override {
+    const std::uint64_t numRecords = std::max<std::uint64_t>(fingerprints_.NumFingerPrints(), 1);
+    const std::uint64_t limit = options_.GetLimit();
+    const std::uint64_t numHits = limit == 0 ? numRecords : std::min(limit, numRecords);
+    return std::clamp<std::uint64_t>(kMaxGroupHits / numHits, 1, kMaxGroup);
+  }
+
+  bool FindHits(std::span<const QXFingerPrint> queries, std::vector<Hits>& hits) const override {
+    return SucceedsQuietly([&] { hits = fingerprints_.GetSortedScores(queries, options_); });
   }
 
   std::string GetTitle(std::uint64_t index) const override { return texts_.GetTitle(index); }
@@ -46,7 +51,7 @@ class FingerprintFileTarget final : public SearchTarget {
   bool IsComplete() const override { return true; }
 
  private:
-  QXFingrix::QXFastFPDatabase fingerprints_;
+  QXFastFPDatabase fingerprints_;
   QXFPDatabaseOptions options_;
   HitTexts texts_;
 };
@@ -62,8 +67,9 @@ std::unique_ptr<SearchTarget> OpenFingerprintFile(const QXSystem::QXInterface& i
                                                   const QXFPDatabaseOptions& options, ExitStatus& status) {
   const auto path = itf.Get<std::string>("-in");
   if (const char* option = FindFingerprintOption(itf)) {
-    QXThrow.Error("%s is for a molecule file: '%s' holds fingerprints of a type of its own, see `qxfp info`",
-                  option, path.c_str());
+    QXSystem::QXThrow.Error(
+        "%s is for a molecule file: '%s' holds fingerprints of a type of its own, see `qxfp info`", option,
+        path.c_str());
     status = BadUsage;
     return nullptr;
   }

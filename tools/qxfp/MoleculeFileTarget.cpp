@@ -8,15 +8,16 @@
 #include "MoleculeFile.h"
 #include "ProgressBar.h"
 #include "QXFingrix/QXFPDatabase.h"
-#include "QXFingrix/QXMakeFP.h"
 #include "QXPlatform/QXProcessor.h"
 #include "QXSystem/QXErrorHandler.h"
+#include "SearchQuery.h"
 #include "SearchTarget.h"
 
 namespace qxfp {
 
 namespace {
 
+using QXFingrix::QXFingerPrint;
 using QXFingrix::QXFPDatabaseOptions;
 using QXFingrix::QXSimScore;
 using QXSystem::QXThrow;
@@ -47,33 +48,38 @@ class MoleculeFileTarget final : public SearchTarget {
   bool IsEmpty() const { return records_.empty(); }
   bool IsComplete() const override { return records_.size() == molecules_.GetMaxMolIdx(); }
 
-  bool FindHits(const QXChem::QXMolBase& query, Hits& hits, std::string& reason) const override {
-    QXFingrix::QXFingerPrint fp;
-    if (!QXFingrix::QXMakeFP(fp, query, fingerprints_.GetFPTypeBase())) {
-      reason = "its fingerprint cannot be made";
-      return false;
-    }
-    std::vector<QXSimScore> found;
-    for (const QXSimScore& hit : fingerprints_.GetSortedScores(fp, options_)) {
-      found.emplace_back(records_[hit.GetIdx()], hit.GetScore());
-    }
-    hits = QXSystem::QXMakeVectorIter(std::move(found));
-    return true;
-  }
+  const QXFingrix::QXFPTypeBase* GetFPTypeBase() const override { return fingerprints_.GetFPTypeBase(); }
 
-  bool FindHitsOfStored(std::uint64_t index, Hits& hits, std::string& reason) const override {
+  bool MakeStoredQuery(QXFingerPrint& fp, std::uint64_t index, std::string& reason) const override {
     if (index >= molecules_.GetMaxMolIdx()) {
       reason = "there are only " + std::to_string(molecules_.GetMaxMolIdx()) + " records, counted from 0";
       return false;
     }
     QXChem::QXGraphMol mol;
-    return molecules_.ReadMolecule(mol, index, reason) && FindHits(mol, hits, reason);
+    return molecules_.ReadMolecule(mol, index, reason) && MakeQuery(fp, mol, GetFPTypeBase(), reason);
+  }
+
+  // A search of this database gains nothing from a group.
+  std::uint64_t GetGroupSize() const override { return 1; }
+
+  bool FindHits(std::span<const QXFingerPrint> queries, std::vector<Hits>& hits) const override {
+    hits.clear();
+    for (const QXFingerPrint& query : queries) hits.push_back(FindHits(query));
+    return true;
   }
 
   std::string GetTitle(std::uint64_t index) const override { return molecules_.GetTitle(index); }
   std::string GetSmiles(std::uint64_t index) const override { return GetRecordSmiles(molecules_, index); }
 
  private:
+  Hits FindHits(const QXFingerPrint& query) const {
+    std::vector<QXSimScore> found;
+    for (const QXSimScore& hit : fingerprints_.GetSortedScores(query, options_)) {
+      found.emplace_back(records_[hit.GetIdx()], hit.GetScore());
+    }
+    return QXSystem::QXMakeVectorIter(std::move(found));
+  }
+
   QXChem::QXMolDatabase molecules_;
   QXFingrix::QXFPDatabase fingerprints_;
   std::vector<unsigned> records_;  // of the fingerprints; records that cannot be read have none

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Command.h"
 #include "FingerprintOptions.h"
@@ -17,11 +19,11 @@ namespace qxfp {
 
 namespace {
 
+using QXFingrix::QXFingerPrint;
 using QXFingrix::QXFPDatabaseOptions;
 using QXFingrix::QXSimScore;
 using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
-using QXSystem::QXThrow;
 
 constexpr unsigned kDefaultLimit = 10;
 
@@ -39,7 +41,7 @@ void Configure(QXSystem::QXInterface& itf) {
       QXParameter("-threads", QXParameterType::Unsigned)
           .SetBrief("Number of threads")
           .SetDetail("\n\t0: one for every processor; for making the fingerprints of a molecule file, or for "
-                     "searching a .fpbin file, where @INDEX is searched for on one")
+                     "searching a .fpbin file")
           .SetDefault("0"));
   AddFingerprintFileOptions(itf);
   AddScoreOptions(itf);
@@ -55,30 +57,51 @@ class Search {
       : target_(target), queries_(queries), precision_(precision), form_(form) {}
 
   ExitStatus Run() {
-    std::uint64_t numFailed = 0;
-    for (std::uint64_t i = 0; i < queries_.Size(); ++i) {
-      std::string reason;
-      Hits hits;
-      if (FindHits(i, hits, reason)) {
-        WriteHits(i, hits);
-        continue;
-      }
-      ++numFailed;
-      const std::string text = "query '" + queries_.GetName(i) + "': " + reason;
-      if (!HasSeveralQueries()) {
-        QXThrow.Error("%s", text.c_str());
-        return CannotRun;
-      }
-      QXThrow.Warning("%s", text.c_str());
+    const std::uint64_t groupSize = target_.GetGroupSize();
+    for (std::uint64_t begin = 0; begin < queries_.Size(); begin += groupSize) {
+      SearchGroup(begin, std::min(begin + groupSize, queries_.Size()));
     }
+    if (numFailed_ > 0 && !HasSeveralQueries()) return CannotRun;
     Writer().Close();
-    return numFailed == 0 && target_.IsComplete() ? Done : SomeFailed;
+    return numFailed_ == 0 && target_.IsComplete() ? Done : SomeFailed;
   }
 
  private:
-  bool FindHits(std::uint64_t i, Hits& hits, std::string& reason) {
-    if (const auto index = queries_.GetStoredIndex()) return target_.FindHitsOfStored(*index, hits, reason);
-    return queries_.Read(mol_, i, reason) && target_.FindHits(mol_, hits, reason);
+  // Searches for the queries from begin to end - 1 at once.
+  void SearchGroup(std::uint64_t begin, std::uint64_t end) {
+    std::vector<QXFingerPrint> fingerprints;
+    std::vector<std::uint64_t> numbers;  // of the queries that have a fingerprint
+    std::string reason;
+    for (std::uint64_t i = begin; i < end; ++i) {
+      QXFingerPrint fp;
+      if (MakeFingerprint(fp, i, reason)) {
+        fingerprints.push_back(std::move(fp));
+        numbers.push_back(i);
+      } else {
+        ReportFailure(i, reason);
+      }
+    }
+    std::vector<Hits> hits;
+    const bool isDone = fingerprints.empty() || target_.FindHits(fingerprints, hits);
+    for (std::size_t k = 0; k < numbers.size(); ++k) {
+      if (isDone) {
+        WriteHits(numbers[k], hits[k]);
+      } else {
+        ReportFailure(numbers[k], "it could not be searched for");
+      }
+    }
+  }
+
+  bool MakeFingerprint(QXFingerPrint& fp, std::uint64_t i, std::string& reason) {
+    if (const auto index = queries_.GetStoredIndex()) return target_.MakeStoredQuery(fp, *index, reason);
+    return queries_.Read(mol_, i, reason) && MakeQuery(fp, mol_, target_.GetFPTypeBase(), reason);
+  }
+
+  void ReportFailure(std::uint64_t i, const std::string& reason) {
+    ++numFailed_;
+    QXSystem::QXThrow.Report(
+        HasSeveralQueries() ? QXSystem::QXErrorLevel::Warning : QXSystem::QXErrorLevel::Error,
+        "query '" + queries_.GetName(i) + "': " + reason);
   }
 
   bool HasSeveralQueries() const { return queries_.Size() > 1; }
@@ -110,6 +133,7 @@ class Search {
   RowForm form_;
   std::unique_ptr<RowWriter> writer_;
   QXChem::QXGraphMol mol_;
+  std::uint64_t numFailed_ = 0;
 };
 
 ExitStatus Run(const QXSystem::QXInterface& itf) {

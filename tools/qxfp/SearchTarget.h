@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "ExitStatus.h"
-#include "QXChem/QXMolBase.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXSimScore.h"
 #include "QXSystem/QXInterface.h"
 #include "QXSystem/QXIter.h"
@@ -21,9 +23,18 @@ class SearchTarget {
  public:
   virtual ~SearchTarget() = default;
 
-  /// The best hits of a molecule, or of a record. Errors: false and a reason in words; no report.
-  virtual bool FindHits(const QXChem::QXMolBase& query, Hits& hits, std::string& reason) const = 0;
-  virtual bool FindHitsOfStored(std::uint64_t index, Hits& hits, std::string& reason) const = 0;
+  /// The type that queries have to be of.
+  virtual const QXFingrix::QXFPTypeBase* GetFPTypeBase() const = 0;
+
+  /// The fingerprint of a record as a query. Errors: false and a reason in words.
+  virtual bool MakeStoredQuery(QXFingrix::QXFingerPrint& fp, std::uint64_t index,
+                               std::string& reason) const = 0;
+
+  /// How many queries should be searched for at once.
+  virtual std::uint64_t GetGroupSize() const = 0;
+
+  /// The best hits of every query. Errors: false after a report.
+  virtual bool FindHits(std::span<const QXFingrix::QXFingerPrint> queries, std::vector<Hits>& hits) const = 0;
 
   virtual std::string GetTitle(std::uint64_t index) const = 0;
   virtual std::string GetSmiles(std::uint64_t index) const = 0;
