@@ -1,7 +1,7 @@
 #include "fastfp/AllPairs.h"
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 #include <new>
 
 #include "fastfp/PairTiles.h"
@@ -26,28 +26,57 @@ class ScoreMatrix {
   std::vector<float> Take() { return std::move(scores_); }
 
   /// Fills the part of rows begin to end - 1 that lies below the diagonal from the part above it.
+  /// Shape    begin: a multiple of 8.
   void Mirror(std::uint64_t begin, std::uint64_t end) {
-    for (std::uint64_t j = 0; j < begin; j += block) {
-      const std::uint64_t width = std::min(block, begin - j);
-      for (std::uint64_t i = begin; i < end; i += block) {
-        Transpose(Row(j) + i, Row(i) + j, width, std::min(block, end - i));
+    const std::uint64_t last = begin + (end - begin) / 4 * 4;
+    for (std::uint64_t j = 0; j < begin; j += lineFloats) {
+      const std::uint64_t next = std::min(j + lineFloats, begin);
+      for (std::uint64_t row = next; row < std::min(next + lineFloats, begin); ++row) {
+        for (std::uint64_t i = begin; i < end; i += lineFloats) __builtin_prefetch(Row(row) + i);
       }
+      for (std::uint64_t i = begin; i < last; i += 4) {
+        for (std::uint64_t row = j; row < next; row += 4) Transpose4(Row(row) + i, Row(i) + row);
+      }
+      MirrorSingly(last, end, j, next);
     }
-    for (std::uint64_t i = begin; i < end; ++i) {
-      for (std::uint64_t j = begin; j < i; ++j) Row(i)[j] = Row(j)[i];
-    }
+    for (std::uint64_t i = begin; i < end; ++i) MirrorSingly(i, i + 1, begin, i);
   }
 
  private:
-  static constexpr std::uint64_t block = 16;  // floats of a cache line
+  using Four [[gnu::vector_size(16)]] = float;
+
+  static constexpr std::uint64_t lineFloats = 16;  // of a cache line
 
   float* Row(std::uint64_t i) { return scores_.data() + i * size_; }
 
-  void Transpose(const float* from, float* to, std::uint64_t numRows, std::uint64_t numColumns) const {
-    for (std::uint64_t column = 0; column < numColumns; ++column) {
-      for (std::uint64_t row = 0; row < numRows; ++row) to[column * size_ + row] = from[row * size_ + column];
+  void MirrorSingly(std::uint64_t begin, std::uint64_t end, std::uint64_t firstColumn,
+                    std::uint64_t lastColumn) {
+    for (std::uint64_t i = begin; i < end; ++i) {
+      for (std::uint64_t j = firstColumn; j < lastColumn; ++j) Row(i)[j] = Row(j)[i];
     }
   }
+
+  // 4 x 4 scores.
+  void Transpose4(const float* from, float* to) const {
+    const Four a = Load(from);
+    const Four b = Load(from + size_);
+    const Four c = Load(from + 2 * size_);
+    const Four d = Load(from + 3 * size_);
+    const Four ab01 = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+    const Four ab23 = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+    const Four cd01 = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+    const Four cd23 = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+    Store(to, __builtin_shufflevector(ab01, cd01, 0, 1, 4, 5));
+    Store(to + size_, __builtin_shufflevector(ab01, cd01, 2, 3, 6, 7));
+    Store(to + 2 * size_, __builtin_shufflevector(ab23, cd23, 0, 1, 4, 5));
+    Store(to + 3 * size_, __builtin_shufflevector(ab23, cd23, 2, 3, 6, 7));
+  }
+  static Four Load(const float* from) {
+    Four four;
+    std::memcpy(&four, from, sizeof four);
+    return four;
+  }
+  static void Store(float* to, const Four& four) { std::memcpy(to, &four, sizeof four); }
 
   const std::uint64_t size_;
   std::vector<float> scores_;

@@ -28,7 +28,7 @@ unsigned QXFPHistogram::FindBin(Real x) const {
   const unsigned last = GetNumBins() - 1;
   if (x <= min_) return 0;
   if (x >= max_) return last;
-  const Real bin = std::floor((x - static_cast<Real>(min_)) / static_cast<Real>(width_));
+  const Real bin = (x - static_cast<Real>(min_)) / static_cast<Real>(width_);
   if (!(bin >= Real{0})) return 0;  // not a number
   return bin > static_cast<Real>(last) ? last : static_cast<unsigned>(bin);
 }

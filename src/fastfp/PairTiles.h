@@ -13,8 +13,8 @@
 
 namespace QXFingrix {
 
-/// Scores records against each other. Bands of them are the queries, which stay in the first cache; tiles of a
-/// band and as many records as the second cache holds are counted, then scored row by row.
+/// Scores records against each other. Bands of them are the queries; tiles of a band and some records, which the
+/// second cache holds together with their counts, are counted, then scored row by row in the first.
 class PairTiles {
  public:
   static constexpr std::uint64_t tileRecords = 128;
@@ -61,8 +61,8 @@ class PairTiles {
   }
 
  private:
-  static constexpr std::uint64_t queryBytes = 16384;
-  static constexpr std::uint64_t maxBand = 64;
+  static constexpr std::uint64_t queryBytes = 32768;
+  static constexpr std::uint64_t maxBand = 128;
 
   void Count(std::uint64_t begin, std::uint64_t end, std::uint64_t firstRecord, std::uint64_t size) {
     const std::size_t stride = FileLayout::RecordWords(records_.numWords);
