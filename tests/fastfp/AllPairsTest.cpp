@@ -104,8 +104,8 @@ void CheckSparseMatrices(const QXFastFPDatabase& db, const Scores& scores, QXFPD
   }
 }
 
-void CheckDataSet(const DataSet& data) {
-  const QXFastFPDatabase db(data.File());
+void CheckDataSet(const DataSet& data, unsigned memoryType = QXFastFPDatabaseMemoryType::MemoryMapped) {
+  const QXFastFPDatabase db(data.File(), memoryType);
   for (unsigned measure = 1; measure <= 6; ++measure) {
     SCOPED_TRACE(testing::Message() << data.Records().size() << " records, "
                                     << QXGetSimilarityMeasureName(measure));
@@ -140,7 +140,7 @@ TEST(AllPairs, AgreeWithThePlainDoubleLoopOverRealFingerPrints) {
     if (molecules.GetMolecule(mol, i) && QXMakeFP(fp, mol, type)) fps.push_back(fp);
   }
   ASSERT_EQ(fps.size(), 300U);
-  CheckDataSet(DataSet(type, fps));
+  CheckDataSet(DataSet(type, fps), QXFastFPDatabaseMemoryType::InMemory);
 }
 
 TEST(AllPairs, ReportWhatCannotBeDone) {
