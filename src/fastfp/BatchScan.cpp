@@ -18,8 +18,7 @@ namespace QXFingrix {
 
 namespace {
 
-constexpr std::size_t maxGroup = 256;    // queries; their filters and lists stay in the second cache
-constexpr std::size_t tileQueries = 32;  // whose counts stay in the first
+constexpr std::size_t maxGroup = 128;  // queries; their counts, filters and lists stay in the second cache
 constexpr std::uint64_t claimSize = 32 * scanBlockSize;
 constexpr std::uint64_t minThreaded =
     100'000;  // comparisons; below, starting threads costs more than it gains
@@ -40,30 +39,27 @@ class GroupScan {
       : records_(records),
         words_(words),
         hits_(MakeHitLists(queries.size(), records.numRecords, options)),
-        shared_(tileQueries * scanBlockSize) {
+        shared_(queries.size() * scanBlockSize) {
     for (std::size_t i = 0; i < queries.size(); ++i)
       scans_.emplace_back(records, queries[i], options, *hits_[i]);
   }
 
   void Scan(std::uint64_t begin, std::uint64_t end) {
     for (std::uint64_t block = begin; block < end; block += scanBlockSize) {
-      const std::uint64_t size = std::min(scanBlockSize, end - block);
-      for (std::size_t tile = 0; tile < scans_.size(); tile += tileQueries) {
-        ScanTile(tile, std::min(tileQueries, scans_.size() - tile), records_.Record(block), size);
-      }
+      ScanBlock(records_.Record(block), std::min(scanBlockSize, end - block));
     }
   }
 
   const HitLists& GetHits() const { return hits_; }
 
  private:
-  void ScanTile(std::size_t tile, std::size_t numQueries, const std::uint64_t* first, std::uint64_t size) {
+  void ScanBlock(const std::uint64_t* first, std::uint64_t size) {
     const std::size_t numWords = records_.numWords;
     QXSystem::QXGetBitCountKernel().countAndTile(
-        words_.data() + tile * numWords, numWords, numQueries, first + FileLayout::dataSlot,
+        words_.data(), numWords, scans_.size(), first + FileLayout::dataSlot,
         FileLayout::RecordWords(numWords), size, numWords, shared_.data(), scanBlockSize);
-    for (std::size_t i = 0; i < numQueries; ++i) {
-      scans_[tile + i].Take(first, static_cast<std::uint32_t>(size), &shared_[i * scanBlockSize]);
+    for (std::size_t i = 0; i < scans_.size(); ++i) {
+      scans_[i].Take(first, static_cast<std::uint32_t>(size), &shared_[i * scanBlockSize]);
     }
   }
 
@@ -71,7 +67,7 @@ class GroupScan {
   const std::span<const std::uint64_t> words_;
   const HitLists hits_;
   std::deque<SortedScan> scans_;
-  std::vector<std::uint32_t> shared_;  // a row for each query of a tile
+  std::vector<std::uint32_t> shared_;  // a row for each query
 };
 
 /// The search of all threads for the hits of a group.
