@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "database/CutoffHits.h"
 #include "database/WithinMemory.h"
 #include "fastfp/BatchScan.h"
 #include "fastfp/SortedScan.h"
@@ -21,16 +22,10 @@ std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBit
     return scores;
   }
   const bool descending = options.GetDescendingOrder();
-  const double cutoff = options.GetCutoff();
+  CutoffHits hits(options.GetCutoff(), descending);
   CandidateFilter<Scorer> filter(scorer, descending, records.NumBits(), query.numSet);
-  ScanCandidates(records, query, scorer, filter, 0, records.numRecords,
-                 [&](unsigned idx, double score) -> std::optional<double> {
-                   const bool isKept = descending ? score >= cutoff : score <= cutoff;
-                   if (!isKept) return cutoff;
-                   scores.emplace_back(idx, score);
-                   return std::nullopt;
-                 });
-  return scores;
+  ScanCandidates(records, query, filter, 0, records.numRecords, hits);
+  return hits.TakeHits();
 }
 
 }  // namespace

@@ -18,8 +18,11 @@ std::vector<float> FastFPScanImpl::GetAllScores(const QXFPDatabaseOptions& optio
 QXFPHistogram FastFPScanImpl::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const {
   constexpr const char* caller = "QXFastFPDatabase::GetHistogram()";
   RecordTable records;
-  QXFPHistogram histogram(numBins, 0.0, 1.0);
-  if (GetRecords(records, caller)) WithinMemory(caller, [&] { CountAllPairs(records, options, histogram); });
+  QXFPHistogram histogram(0, 0.0, 1.0);
+  WithinMemory(caller, [&] {
+    histogram = QXFPHistogram(numBins, 0.0, 1.0);
+    if (GetRecords(records, caller)) CountAllPairs(records, options, histogram);
+  });
   return histogram;
 }
 
@@ -27,10 +30,11 @@ QXFPVariogram FastFPScanImpl::GetVariogram(const std::vector<float>& values,
                                            const QXFPDatabaseOptions& options, unsigned numBins) const {
   constexpr const char* caller = "QXFastFPDatabase::GetVariogram()";
   RecordTable records;
-  QXFPVariogram variogram(numBins, 0.0, 1.0);
-  if (GetRecords(records, caller)) {
-    WithinMemory(caller, [&] { CountAllPairs(records, options, values, variogram); });
-  }
+  QXFPVariogram variogram(0, 0.0, 1.0);
+  WithinMemory(caller, [&] {
+    variogram = QXFPVariogram(numBins, 0.0, 1.0);
+    if (GetRecords(records, caller)) CountAllPairs(records, options, values, variogram);
+  });
   return variogram;
 }
 

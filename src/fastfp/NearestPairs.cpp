@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 #include "fastfp/AllPairs.h"
 #include "fastfp/PairTiles.h"
@@ -37,10 +38,9 @@ class NeighbourLists {
     if (key >= bars_[i]) Add(i, {key, static_cast<unsigned>(j)});
   }
 
-  std::vector<QXSimScorePair> Take() {
+  void AppendTo(std::vector<QXSimScorePair>& pairs) {
     std::uint64_t numPairs = 0;
     for (const auto& list : lists_) numPairs += list.size();
-    std::vector<QXSimScorePair> pairs;
     pairs.reserve(numPairs);
     for (std::uint64_t i = 0; i < lists_.size(); ++i) {
       std::sort(lists_[i].begin(), lists_[i].end());
@@ -50,7 +50,6 @@ class NeighbourLists {
       }
       std::vector<Neighbour>().swap(lists_[i]);
     }
-    return pairs;
   }
 
  private:
@@ -83,6 +82,11 @@ class NeighbourLists {
 
 std::vector<QXSimScorePair> FindNearestPairs(const RecordTable& records, const QXFPDatabaseOptions& options,
                                              std::uint64_t limit) {
+  std::vector<QXSimScorePair> pairs;
+  if (!options.HasCutoff()) {  // then their number is known: too many are refused before any is looked for
+    if (limit != 0 && records.numRecords > pairs.max_size() / limit) throw std::bad_alloc();
+    pairs.reserve(records.numRecords * limit);
+  }
   NeighbourLists lists(records.numRecords, options, limit);
   PairTiles tiles(records, options);
   tiles.TakeAll([&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
@@ -93,7 +97,8 @@ std::vector<QXSimScorePair> FindNearestPairs(const RecordTable& records, const Q
       ++j;
     }
   });
-  return lists.Take();
+  lists.AppendTo(pairs);
+  return pairs;
 }
 
 }  // namespace QXFingrix

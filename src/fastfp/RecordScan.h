@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 
 #include "QXSystem/QXBitCountKernel.h"
@@ -66,37 +65,27 @@ void ScanAll(const RecordTable& records, const QueryBits& query, const Scorer& s
              });
 }
 
-/// Calls offer(index, score) for every record of a block that can reach the bar and for some that miss it.
-/// Where a score misses the bar, offer returns the bar, otherwise nothing. The candidates are listed first and
-/// then scored: almost all records end with the first step.
+/// Offers to a list the hits of a block's records that can reach its bar, see CandidateFilter::OfferPassing.
 /// Shape    first: the block's first record; size: at most scanBlockSize; shared: a count for each record.
-template <class Offer>
-void OfferCandidates(const RecordTable& records, const Scorer& scorer, CandidateFilter<Scorer>& filter,
-                     const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared,
-                     Offer offer) {
+template <class Hits>
+void OfferCandidates(const RecordTable& records, CandidateFilter<Scorer>& filter, const std::uint64_t* first,
+                     std::uint32_t size, const std::uint32_t* shared, Hits& hits) {
   const std::size_t stride = FileLayout::RecordWords(records.numWords);
   const auto bitsOf = [&](std::uint32_t i) { return first[i * stride + FileLayout::bitCountSlot]; };
+  const auto indexOf = [&](std::uint32_t i) {
+    return static_cast<unsigned>(first[i * stride + FileLayout::indexSlot]);
+  };
   std::array<std::uint32_t, scanBlockSize> candidates;
-  const std::uint32_t numCandidates = filter.ListPassing(size, bitsOf, shared, candidates.data());
-  for (std::uint32_t k = 0; k < numCandidates; ++k) {
-    const std::uint32_t i = candidates[k];
-    const std::uint64_t* const record = first + i * stride;
-    const std::uint64_t recordBits = bitsOf(i);
-    if (!filter.Passes(recordBits, shared[i])) continue;  // narrowed since
-    const double score = scorer(recordBits, shared[i]);
-    const std::optional<double> missedBar =
-        offer(static_cast<unsigned>(record[FileLayout::indexSlot]), score);
-    if (missedBar) filter.Narrow(recordBits, *missedBar);
-  }
+  filter.OfferPassing(size, bitsOf, indexOf, shared, candidates.data(), hits);
 }
 
 /// The same for all records from begin to end - 1.
-template <class Offer>
-void ScanCandidates(const RecordTable& records, const QueryBits& query, const Scorer& scorer,
-                    CandidateFilter<Scorer>& filter, std::uint64_t begin, std::uint64_t end, Offer offer) {
+template <class Hits>
+void ScanCandidates(const RecordTable& records, const QueryBits& query, CandidateFilter<Scorer>& filter,
+                    std::uint64_t begin, std::uint64_t end, Hits& hits) {
   ScanBlocks(records, query, begin, end,
              [&](const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
-               OfferCandidates(records, scorer, filter, first, size, shared, offer);
+               OfferCandidates(records, filter, first, size, shared, hits);
              });
 }
 

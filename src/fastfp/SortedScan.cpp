@@ -81,13 +81,11 @@ class ThreadedSearch {
 }  // namespace
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end) {
-  ScanCandidates(records_, query_, scorer_, filter_, begin, end,
-                 [this](unsigned idx, double score) { return Offer(idx, score); });
+  ScanCandidates(records_, query_, filter_, begin, end, hits_);
 }
 
 void SortedScan::Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
-  OfferCandidates(records_, scorer_, filter_, first, size, shared,
-                  [this](unsigned idx, double score) { return Offer(idx, score); });
+  OfferCandidates(records_, filter_, first, size, shared, hits_);
 }
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFPHistogram.h"
@@ -22,7 +21,6 @@ class SortedScan {
         query_(query),
         scorer_(options, records.NumBits(), query.numSet),
         filter_(scorer_, options.GetDescendingOrder(), records.NumBits(), query.numSet),
-        descending_(options.GetDescendingOrder()),
         hits_(hits) {}
   SortedScan(const SortedScan&) = delete;
   SortedScan& operator=(const SortedScan&) = delete;
@@ -35,19 +33,10 @@ class SortedScan {
   void Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared);
 
  private:
-  // Adds a hit; the bar where it was missed.
-  std::optional<double> Offer(unsigned idx, double score) {
-    if (hits_.AddHit(QXSimScore(idx, score))) return std::nullopt;
-    const double bar = hits_.GetBar().GetScore();
-    const bool isWorse = descending_ ? score < bar : score > bar;
-    return isWorse ? std::optional(bar) : std::nullopt;
-  }
-
   const RecordTable records_;
   const QueryBits query_;
   const Scorer scorer_;
   CandidateFilter<Scorer> filter_;
-  const bool descending_;
   QXFPDatabaseHitList& hits_;
 };
 
