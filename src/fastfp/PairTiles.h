@@ -13,8 +13,8 @@
 
 namespace QXFingrix {
 
-/// Scores records against each other. Bands of them are the queries; tiles of a band and some records, which the
-/// second cache holds together with their counts, are counted, then scored row by row in the first.
+/// Scores records against each other. Bands of them are the queries; tiles of a band and some records, which
+/// the second cache holds together with their counts, are counted, then scored row by row in the first.
 class PairTiles {
  public:
   static constexpr std::uint64_t tileRecords = 128;
