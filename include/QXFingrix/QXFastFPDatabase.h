@@ -43,7 +43,8 @@ class QXFastFPDatabaseImplBase;
 ///   Manhattan  (a + b - 2 c) / n                          a distance
 ///
 /// Errors   every operation on an invalid database, with an unsuitable query or with an unknown measure warns
-///          once and returns an empty result.
+///          once and returns an empty result; so does one that runs out of memory. A stored index whose record
+///          holds another molecule is warned of in the name of GetFingerPrint(), then in that of the query.
 /// Threads  a database does not change; any number of threads may search it at once.
 class QX_API QXFastFPDatabase {
  public:

@@ -28,12 +28,13 @@ class QX_API QXSimSearchResult {
  public:
   /// Every score of a search is counted in a histogram of numBins bins over [min, max], whether it passes the
   /// cutoff or not. With numBins 0 nothing is counted, which makes the search faster.
+  /// Errors   warns and is not valid when there is no memory for the bins.
   explicit QXSimSearchResult(unsigned numBins = 0, double min = 0.0, double max = 1.0);
   ~QXSimSearchResult();
   QXSimSearchResult(QXSimSearchResult&&) noexcept;
   QXSimSearchResult& operator=(QXSimSearchResult&&) noexcept;
 
-  bool IsValid() const { return impl_ != nullptr; }  ///< false only after a move
+  bool IsValid() const { return impl_ != nullptr; }  ///< false after a move, and without memory
   unsigned GetSearchStatus() const;                  ///< a QXSimSearchStatus value
   std::uint64_t NumTargets() const;
   /// Records searched so far; grows by multiples of 100, and by what the last block of the file holds.

@@ -4,6 +4,7 @@
 #include "QXFingrix/QXFastFPDatabase.h"
 
 #include "QXSystem/QXErrorHandler.h"
+#include "database/WithinMemory.h"
 #include "fastfp/FastFPDatabaseImplBase.h"
 #include "fastfp/FastFPInMemoryDatabaseImpl.h"
 #include "fastfp/FastFPMemoryMapDatabaseImpl.h"
@@ -59,6 +60,29 @@ bool CheckVariogram(const Impl& impl, const std::vector<float>& values, const QX
   return false;
 }
 
+// Reports in one name, whichever query fetches.
+bool FetchFingerPrint(const Impl& impl, QXFingerPrint& fp, std::uint64_t index) {
+  constexpr const char* caller = "QXFastFPDatabase::GetFingerPrint()";
+  auto fetched = Impl::Fetch::NoRecord;
+  if (!WithinMemory(caller, [&] { fetched = impl.GetFingerPrint(fp, index); })) return false;
+  switch (fetched) {
+    case Impl::Fetch::Done:
+      return true;
+    case Impl::Fetch::WrongIndex:
+      return Refuse(caller, "fingerprint and molecule index inconsistency!");
+    default:
+      return Refuse(caller, "cannot access fingerprint!");
+  }
+}
+
+// A histogram or variogram over [0, 1] that counts nothing; without bins when there is no memory for them.
+template <class Histogram>
+Histogram MakeEmpty(unsigned numBins, const char* caller) {
+  Histogram histogram(0, 0.0, 1.0);
+  WithinMemory(caller, [&] { histogram = Histogram(numBins, 0.0, 1.0); });
+  return histogram;
+}
+
 const QXFingerPrint* MakeQuery(const Impl&, const QXFingerPrint& fp, QXFingerPrint&, const char*) {
   return &fp;
 }
@@ -72,7 +96,7 @@ const QXFingerPrint* MakeQuery(const Impl& impl, const QXChem::QXMolBase& mol, Q
 
 const QXFingerPrint* MakeQuery(const Impl& impl, std::uint64_t index, QXFingerPrint& storage,
                                const char* caller) {
-  if (impl.MakeQuery(storage, index)) return &storage;
+  if (FetchFingerPrint(impl, storage, index)) return &storage;
   Refuse(caller, "cannot access fingerprint!");
   return nullptr;
 }
@@ -144,14 +168,7 @@ std::string QXFastFPDatabase::GetMemoryTypeString() const {
 bool QXFastFPDatabase::GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const {
   constexpr const char* caller = "QXFastFPDatabase::GetFingerPrint()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckQuery(*impl_, index, caller)) return false;
-  switch (impl_->GetFingerPrint(fp, index)) {
-    case Impl::Fetch::Done:
-      return true;
-    case Impl::Fetch::WrongIndex:
-      return Refuse(caller, "fingerprint and molecule index inconsistency!");
-    default:
-      return Refuse(caller, "cannot access fingerprint!");
-  }
+  return FetchFingerPrint(*impl_, fp, index);
 }
 
 std::uint64_t QXFastFPDatabase::GetMoleculeIndex(std::uint64_t index) const {
@@ -161,11 +178,10 @@ std::uint64_t QXFastFPDatabase::GetMoleculeIndex(std::uint64_t index) const {
   std::vector<unsigned long> words;
   std::uint64_t molIndex = failure;
   std::uint64_t bitCount = 0;
-  if (!impl_->GetFingerPrint(words, molIndex, bitCount, index)) {
-    Refuse(caller, "cannot access fingerprint!");
-    return failure;
-  }
-  return molIndex;
+  bool isFetched = false;
+  const auto fetch = [&] { isFetched = impl_->GetFingerPrint(words, molIndex, bitCount, index); };
+  if (!WithinMemory(caller, fetch)) return failure;
+  return isFetched || Refuse(caller, "cannot access fingerprint!") ? molIndex : failure;
 }
 
 SimScoreIter QXFastFPDatabase::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
@@ -199,17 +215,20 @@ SimScoreIter QXFastFPDatabase::GetSortedScores(std::uint64_t index,
 std::vector<SimScoreIter> QXFastFPDatabase::GetSortedScores(std::span<const QXFingerPrint> fps,
                                                             const QXFPDatabaseOptions& options) const {
   constexpr const char* caller = "QXFastFPDatabase::GetSortedScores()";
-  std::vector<SimScoreIter> hits(fps.size());
-  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return hits;
-  std::vector<const QXFingerPrint*> suitable;
-  std::vector<SimScoreIter*> hitsOf;
-  for (std::size_t i = 0; i < fps.size(); ++i) {
-    if (!CheckQuery(*impl_, fps[i], caller)) continue;
-    suitable.push_back(&fps[i]);
-    hitsOf.push_back(&hits[i]);
-  }
-  std::vector<SimScoreIter> found = impl_->GetSortedScores(suitable, options);
-  for (std::size_t i = 0; i < found.size(); ++i) *hitsOf[i] = std::move(found[i]);
+  std::vector<SimScoreIter> hits;
+  WithinMemory(caller, [&] {
+    hits.resize(fps.size());
+    if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return;
+    std::vector<const QXFingerPrint*> suitable;
+    std::vector<SimScoreIter*> hitsOf;
+    for (std::size_t i = 0; i < fps.size(); ++i) {
+      if (!CheckQuery(*impl_, fps[i], caller)) continue;
+      suitable.push_back(&fps[i]);
+      hitsOf.push_back(&hits[i]);
+    }
+    std::vector<SimScoreIter> found = impl_->GetSortedScores(suitable, options);
+    for (std::size_t i = 0; i < found.size(); ++i) *hitsOf[i] = std::move(found[i]);
+  });
   return hits;
 }
 
@@ -236,7 +255,9 @@ std::vector<float> QXFastFPDatabase::GetAllScores(const QXFPDatabaseOptions& opt
 
 QXFPHistogram QXFastFPDatabase::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const {
   constexpr const char* caller = "QXFastFPDatabase::GetHistogram()";
-  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {numBins, 0.0, 1.0};
+  if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) {
+    return MakeEmpty<QXFPHistogram>(numBins, caller);
+  }
   return impl_->GetHistogram(options, numBins);
 }
 
@@ -245,7 +266,7 @@ QXFPVariogram QXFastFPDatabase::GetVariogram(const std::vector<float>& values,
   constexpr const char* caller = "QXFastFPDatabase::GetVariogram()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller) ||
       !CheckVariogram(*impl_, values, options, caller)) {
-    return {numBins, 0.0, 1.0};
+    return MakeEmpty<QXFPVariogram>(numBins, caller);
   }
   return impl_->GetVariogram(values, options, numBins);
 }

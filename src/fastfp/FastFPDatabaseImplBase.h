@@ -59,11 +59,8 @@ class QXFastFPDatabaseImplBase {
   /// The stored fingerprint, whose record must hold its own index. Silent; fp unchanged on failure.
   Fetch GetFingerPrint(QXFingerPrint& fp, std::uint64_t index) const;
 
-  /// The query that a molecule or a stored index stands for; false when there is none. Silent.
+  /// The query that a molecule stands for; false when there is none. Silent.
   bool MakeQuery(QXFingerPrint& fp, const QXChem::QXMolBase& mol) const;
-  bool MakeQuery(QXFingerPrint& fp, std::uint64_t index) const {
-    return GetFingerPrint(fp, index) == Fetch::Done;
-  }
 
  protected:
   void Invalidate() { isValid_ = false; }

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "database/WithinMemory.h"
 #include "fastfp/SimSearchResultImpl.h"
 
 namespace QXFingrix {
@@ -45,8 +46,8 @@ void QXSimSearchResultImpl::Finish() {
 void QXSimSearchResultImpl::UpdateScores(unsigned idx, float score) {
   const std::lock_guard lock(mutex_);
   ++numSearched_;
-  histogram_.AddSample(score);
-  if (hits_ && hits_->AddHit(QXSimScore(idx, double{score}))) hits_->Sort();
+  if (HasHistogram()) histogram_.AddSample(score);
+  if (hits_) hits_->AddHit(QXSimScore(idx, double{score}));
 }
 
 std::vector<QXSimScore> QXSimSearchResultImpl::GetHits() const {
@@ -59,8 +60,10 @@ std::vector<QXSimScore> QXSimSearchResultImpl::GetFinishedHits() const {
   return status_ == QXSimSearchStatus::Finished ? hits_->GetHits() : std::vector<QXSimScore>();
 }
 
-QXSimSearchResult::QXSimSearchResult(unsigned numBins, double min, double max)
-    : impl_(std::make_unique<QXSimSearchResultImpl>(numBins, min, max)) {}
+QXSimSearchResult::QXSimSearchResult(unsigned numBins, double min, double max) {
+  WithinMemory("QXSimSearchResult::QXSimSearchResult()",
+               [&] { impl_ = std::make_unique<QXSimSearchResultImpl>(numBins, min, max); });
+}
 QXSimSearchResult::~QXSimSearchResult() = default;
 QXSimSearchResult::QXSimSearchResult(QXSimSearchResult&&) noexcept = default;
 QXSimSearchResult& QXSimSearchResult::operator=(QXSimSearchResult&&) noexcept = default;
@@ -78,12 +81,18 @@ std::uint64_t QXSimSearchResult::NumSearched() const {
 }
 
 QXFPHistogram QXSimSearchResult::GetHistogram() const {
-  return impl_ ? impl_->GetHistogram() : QXFPHistogram(1, 0.0, 1.0);
+  QXFPHistogram histogram(0, 0.0, 1.0);
+  WithinMemory("QXSimSearchResult::GetHistogram()",
+               [&] { histogram = impl_ ? impl_->GetHistogram() : QXFPHistogram(1, 0.0, 1.0); });
+  return histogram;
 }
 
 QXSystem::QXIter<QXSimScore> QXSimSearchResult::GetSortedScores() const {
-  if (!impl_) return {};
-  return QXSystem::QXMakeVectorIter(impl_->GetFinishedHits());
+  QXSystem::QXIter<QXSimScore> hits;
+  if (!impl_) return hits;
+  WithinMemory("QXSimSearchResult::GetSortedScores()",
+               [&] { hits = QXSystem::QXMakeVectorIter(impl_->GetFinishedHits()); });
+  return hits;
 }
 
 }  // namespace QXFingrix

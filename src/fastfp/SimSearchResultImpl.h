@@ -39,10 +39,12 @@ class QXSimSearchResultImpl {
   /// Adds what one thread has found; the hits are in order once the search is finished.
   /// Errors   std::bad_alloc.
   void Merge(const QXFPHistogram& histogram, const std::vector<QXSimScore>& hits);
-  /// Adds one score by itself, counted in single precision.
+  /// Adds one score by itself, counted in single precision; the hits are in order once the search is finished.
+  /// Errors   std::bad_alloc.
   void UpdateScores(unsigned idx, float score);
 
-  /// Best first after a finished search; empty before the first one.
+  /// Best first after a finished search; empty before the first one. While one runs, what was found so far in
+  /// no order, up to twice the limit.
   std::vector<QXSimScore> GetHits() const;
   /// The same; empty while no search is finished.
   std::vector<QXSimScore> GetFinishedHits() const;

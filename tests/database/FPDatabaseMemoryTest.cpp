@@ -10,25 +10,7 @@ namespace QXFingrix {
 namespace {
 
 using namespace Testing;
-
-// Runs a call with its first allocation failing, then its second, until it succeeds.
-template <class Call, class Check>
-void FailEachAllocation(Call call, Check check) {
-  for (std::size_t n = 1; n < 5000; ++n) {
-    bool isDone = true;
-    QXTest::failAt = QXTest::numAllocations + n;
-    try {
-      call();
-      isDone = QXTest::numAllocations < QXTest::failAt;
-    } catch (const std::bad_alloc&) {
-      isDone = false;
-    }
-    QXTest::failAt = 0;
-    if (isDone) return;
-    check(n);
-  }
-  FAIL() << "it never succeeds";
-}
+using QXTest::FailEachAllocation;
 
 TEST(FPDatabaseMemory, AnEntryIsStoredWhollyOrNotAtAll) {
   for (const Kind& kind : kinds) {

@@ -153,6 +153,7 @@ TEST(AllPairs, ReportWhatCannotBeDone) {
 
   EXPECT_EQ(db.GetVariogram({1, 2, 3, 4}, tversky, 3).GetVariogram(), std::vector<double>(3, 0.0));
   EXPECT_EQ(db.GetVariogram({1, 2, 3}, tanimoto, 3).NumSamples(), 0U);
+  EXPECT_EQ(db.GetVariogram({1, 2, 3, 4, 5}, tanimoto, 3).NumSamples(), 0U);
   EXPECT_FALSE(db.GetSparseMatrix(tversky));
   EXPECT_EQ(Collect(db.GetSparseMatrix(tanimoto)).size(), 16U);
   EXPECT_TRUE(noDatabase.GetAllScores(tanimoto).empty());
@@ -164,6 +165,7 @@ TEST(AllPairs, ReportWhatCannotBeDone) {
       Texts(reports),
       (Strings{"QXFastFPDatabase::GetVariogram() : Tversky similarity is not supported!",
                "QXFastFPDatabase::GetVariogram() : 3 values for 4 fingerprints!",
+               "QXFastFPDatabase::GetVariogram() : 5 values for 4 fingerprints!",
                "QXFastFPDatabase::GetSparseMatrix() set to retrieve more nearest neighbors (5) than there "
                "are fingerprints (4)!",
                "QXFastFPDatabase::GetSparseMatrix() : set to retrieve all nxn scores!",

@@ -215,11 +215,18 @@ TEST_F(FastFPDatabase, RecordOfAnotherMoleculeIsInconsistent) {
   QXFingerPrint fp = fps_[0];
   EXPECT_FALSE(db.GetFingerPrint(fp, 3));
   EXPECT_TRUE(fp == fps_[0]);
-  EXPECT_FALSE(db.GetScores(std::uint64_t{3}, QXFPDatabaseOptions()));
+  const QXFPDatabaseOptions options;
+  EXPECT_FALSE(db.GetScores(std::uint64_t{3}, options));
+  EXPECT_FALSE(db.GetSortedScores(std::uint64_t{3}, options));
+  EXPECT_TRUE(db.GetRawScores(std::uint64_t{3}, options).empty());
   EXPECT_EQ(db.GetMoleculeIndex(3), 4U);
+  const std::string inconsistent =
+      "QXFastFPDatabase::GetFingerPrint() : fingerprint and molecule index inconsistency!";
   EXPECT_EQ(Texts(reports),
-            (Strings{"QXFastFPDatabase::GetFingerPrint() : fingerprint and molecule index inconsistency!",
-                     "QXFastFPDatabase::GetScores() : cannot access fingerprint!"}));
+            (Strings{inconsistent,  //
+                     inconsistent, "QXFastFPDatabase::GetScores() : cannot access fingerprint!", inconsistent,
+                     "QXFastFPDatabase::GetSortedScores() : cannot access fingerprint!", inconsistent,
+                     "QXFastFPDatabase::GetRawScores() : cannot access fingerprint!"}));
 }
 
 TEST_F(FastFPDatabase, TypesThatHaveNoFastFileAreRefused) {

@@ -40,15 +40,25 @@ TEST(SimSearchResultImpl, SingleUpdatesCountKeepAndStartOver) {
     EXPECT_TRUE(result.GetFinishedHits().empty());
     EXPECT_EQ(result.NumTargets(), 100U);
     EXPECT_EQ(result.NumSearched(), 5U);
-    EXPECT_EQ(result.GetHits(), (std::vector<QXSimScore>{{1, 0.5}, {3, 0.5}}));
     // In single precision 0.3 falls into bin 3.
     QXFPHistogram expected(10, 0.0, 1.0);
     for (const float score : {0.3F, 0.5F, 0.0F, 0.5F, 0.5F}) expected.AddSample(score);
     const QXFPHistogram histogram = result.GetHistogram();
     EXPECT_TRUE(std::ranges::equal(histogram.GetCounts(), expected.GetCounts()));
     result.Finish();
-    EXPECT_EQ(result.GetFinishedHits(), result.GetHits());
+    EXPECT_EQ(result.GetFinishedHits(), (std::vector<QXSimScore>{{1, 0.5}, {3, 0.5}}));
   }
+}
+
+TEST(SimSearchResultImpl, WithoutBinsSingleUpdatesAreKeptButNotCounted) {
+  QXSimSearchResultImpl result(0, 0.0, 1.0);
+  result.Init(2, QXFPDatabaseOptions(1, QXSimMeasure::Tanimoto));
+  result.UpdateScores(1, 0.25F);
+  result.UpdateScores(0, 0.75F);
+  result.Finish();
+  EXPECT_EQ(result.NumSearched(), 2U);
+  EXPECT_EQ(result.GetHistogram().NumSamples(), 0U);
+  EXPECT_EQ(result.GetFinishedHits(), (std::vector<QXSimScore>{{0, 0.75}}));
 }
 
 }  // namespace
