@@ -21,12 +21,12 @@ class QX_API QXFPHistogram {
   double GetMax() const { return max_; }
 
   /// The bin of a value. The float form divides in single precision, so close to an edge the two may differ.
-  unsigned GetBinIdx(double x) const;
-  unsigned GetBinIdx(float x) const;
+  unsigned GetBinIdx(double x) const { return FindBin(x); }
+  unsigned GetBinIdx(float x) const { return FindBin(x); }
 
   /// Counts a value; returns its bin.
-  unsigned AddSample(double x);
-  unsigned AddSample(float x);
+  unsigned AddSample(double x) { return Count(FindBin(x)); }
+  unsigned AddSample(float x) { return Count(FindBin(x)); }
   /// Takes a value back without a check: the count of a value that was never added wraps around.
   unsigned RemoveSample(float x);
 
@@ -48,8 +48,21 @@ class QX_API QXFPHistogram {
   std::vector<std::uint64_t> counts_;
 
  private:
+  // Minimum and maximum are compared in double precision; the division is done in the precision of the value.
   template <class Real>
-  unsigned FindBin(Real x) const;
+  unsigned FindBin(Real x) const {
+    if (counts_.empty()) return 0;
+    const unsigned last = GetNumBins() - 1;
+    if (x <= min_) return 0;
+    if (x >= max_) return last;
+    const Real bin = (x - static_cast<Real>(min_)) / static_cast<Real>(width_);
+    if (!(bin >= Real{0})) return 0;  // not a number
+    return bin > static_cast<Real>(last) ? last : static_cast<unsigned>(bin);
+  }
+  unsigned Count(unsigned bin) {
+    if (bin < counts_.size()) ++counts_[bin];
+    return bin;
+  }
   double Center(std::size_t bin) const;
 
   double min_;

@@ -21,38 +21,6 @@ QXSystem::QXIter<T> MakeIter(std::size_t numBins, PerBin perBin) {
 QXFPHistogram::QXFPHistogram(unsigned numBins, double min, double max)
     : counts_(numBins, 0), min_(min), max_(max), width_((max - min) / numBins) {}
 
-// Minimum and maximum are compared in double precision; the division is done in the precision of the value.
-template <class Real>
-unsigned QXFPHistogram::FindBin(Real x) const {
-  if (counts_.empty()) return 0;
-  const unsigned last = GetNumBins() - 1;
-  if (x <= min_) return 0;
-  if (x >= max_) return last;
-  const Real bin = (x - static_cast<Real>(min_)) / static_cast<Real>(width_);
-  if (!(bin >= Real{0})) return 0;  // not a number
-  return bin > static_cast<Real>(last) ? last : static_cast<unsigned>(bin);
-}
-
-unsigned QXFPHistogram::GetBinIdx(double x) const {
-  return FindBin(x);
-}
-
-unsigned QXFPHistogram::GetBinIdx(float x) const {
-  return FindBin(x);
-}
-
-unsigned QXFPHistogram::AddSample(double x) {
-  const unsigned bin = FindBin(x);
-  if (bin < counts_.size()) ++counts_[bin];
-  return bin;
-}
-
-unsigned QXFPHistogram::AddSample(float x) {
-  const unsigned bin = FindBin(x);
-  if (bin < counts_.size()) ++counts_[bin];
-  return bin;
-}
-
 unsigned QXFPHistogram::RemoveSample(float x) {
   const unsigned bin = FindBin(x);
   if (bin < counts_.size()) --counts_[bin];
