@@ -1,7 +1,9 @@
 #pragma once
 
+#include <span>
 #include <string>
 
+#include "QXChem/QXDepict.h"
 #include "QXChem/QXMolBase.h"
 
 namespace QXChem {
@@ -26,5 +28,13 @@ constexpr unsigned maxAtomsToWrite = 5000;
 /// Canonical SMILES without stereo; empty when the molecule cannot be written. std::bad_alloc is the one
 /// exception that passes, lest a lack of memory look like a bad molecule.
 std::string WriteSmilesWithRDKit(const QXMolBase& mol);
+
+/// An SVG image with a panel of width x height pixels for each molecule; the highlighted indices must be there.
+/// Empty with the reason when RDKit cannot draw; std::bad_alloc passes.
+std::string DrawWithRDKit(std::span<const QXDepiction> depictions, unsigned width, unsigned height,
+                          std::string& reason);
+
+/// What RDKit said, in one line that is never empty, and in other words where it speaks of its own source.
+std::string ToReason(const char* message);
 
 }  // namespace QXChem

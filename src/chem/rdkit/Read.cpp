@@ -51,7 +51,8 @@ constexpr Translation translations[] = {
     {"getExplicitValence() called", "an atom with too many bonds"},
 };
 
-// One line, though RDKit's messages can hold line feeds.
+}  // namespace
+
 std::string ToReason(const char* message) {
   std::string line = message ? message : "";
   for (const Translation& translation : translations) {
@@ -59,10 +60,8 @@ std::string ToReason(const char* message) {
   }
   while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
   std::replace(line.begin(), line.end(), '\n', ' ');
-  return line;
+  return line.empty() ? "refused without a reason" : line;
 }
-
-}  // namespace
 
 bool ReadWithRDKit(QXMolBase& mol, TextFormat format, const std::string& text, std::string& reason) {
   reason.clear();
@@ -81,7 +80,6 @@ bool ReadWithRDKit(QXMolBase& mol, TextFormat format, const std::string& text, s
   } catch (...) {
     reason = "unknown failure of the reader";
   }
-  if (reason.empty()) reason = "refused without a reason";
   return false;
 }
 
