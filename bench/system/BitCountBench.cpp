@@ -59,7 +59,7 @@ void ScanRecords(benchmark::State& state, const QXBitCountKernel& kernel, std::s
 }
 
 constexpr std::size_t tileQueries = 128;
-constexpr std::size_t tileRecords = 256;
+constexpr std::size_t tileRecords = 512;
 
 // All pairs of a tile inside L2: each query on its own, or all of them at once.
 template <bool isTiled>
@@ -70,8 +70,8 @@ void CompareTile(benchmark::State& state, const QXBitCountKernel& kernel, std::s
   std::vector<std::uint32_t> both(tileQueries * tileRecords);
   for (auto _ : state) {
     if constexpr (isTiled) {
-      kernel.countAndTile(queries, stride, tileQueries, records, stride, tileRecords, numWords, both.data(),
-                          tileRecords);
+      const QXSystem::QXBitLists lists(queries, stride, tileQueries, numWords);
+      kernel.countLists(lists, records, stride, tileRecords, nullptr, both.data(), tileRecords, nullptr);
     } else {
       for (std::size_t q = 0; q < tileQueries; ++q) {
         kernel.countAnd(queries + q * stride, numWords, records, stride, tileRecords,

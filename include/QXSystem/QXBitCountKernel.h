@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "QXSystem/QXBitLists.h"
 #include "QXSystem/QXExport.h"
 
 namespace QXSystem {
@@ -31,15 +32,16 @@ struct QXBitCountKernel {
                    std::size_t stride, std::size_t numRecords, std::uint32_t* both);
 
   /// Counts the bits that each query of a group shares with each record of a block: both[q * bothStride + i] =
-  /// popcount(query q AND record i).
-  /// Shape    queries: numQueries of numWords words, queryStride words apart; records: as for countAnd; both:
-  ///          numQueries rows of numRecords counts, bothStride counts apart. Any numbers, 0 included; tiles
-  ///          that the caches hold, and multiples of 4 queries and 64 records, are fastest.
-  /// Cost     O(numWords numQueries numRecords), no allocation; each record is loaded once for several
-  ///          queries.
-  void (*countAndTile)(const std::uint64_t* queries, std::size_t queryStride, std::size_t numQueries,
-                       const std::uint64_t* records, std::size_t stride, std::size_t numRecords,
-                       std::size_t numWords, std::uint32_t* both, std::size_t bothStride);
+  /// popcount(query q AND record i). Where `least` is given, counts below least[q] may come out as 0.
+  /// Shape    records: numRecords of queries.NumWords() words, as for countAnd; least: null, or one count for
+  ///          each query; both: a row of numRecords counts for each query, bothStride counts apart; reaches:
+  ///          null when least is, or for each query false when no count of its row reaches least[q], and then
+  ///          all of the row may be 0. Any numbers, 0 included; blocks of multiples of 512 records are fastest.
+  /// Cost     O(records (words + bits set in the queries)), no allocation; 132 KiB of stack. Each block of
+  ///          records is transposed once for all queries: below eight of them countAnd is faster.
+  void (*countLists)(const QXBitLists& queries, const std::uint64_t* records, std::size_t stride,
+                     std::size_t numRecords, const std::uint32_t* least, std::uint32_t* both,
+                     std::size_t bothStride, bool* reaches);
 
   /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
   void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,

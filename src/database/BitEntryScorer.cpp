@@ -11,11 +11,6 @@ namespace QXFingrix {
 
 namespace {
 
-// The filter keeps 8 bytes for each bit of a fingerprint: too much beyond this, and not worth making for few
-// entries.
-constexpr unsigned maxFilteredBits = 65536;
-constexpr unsigned filteredBitsPerEntry = 32;
-
 constexpr std::size_t blockSize = 256;  // so that a block's counts are read while it is in the first cache
 
 }  // namespace
@@ -27,8 +22,9 @@ BitEntryScorer::BitEntryScorer(const FingerPrintStore& store, const BitCountBins
       query_(query),
       queryBits_(query.CountBits()),
       measure_(measure),
-      descending_(descending),
-      scorer_(measure, query.GetSize(), queryBits_) {}
+      scorer_(measure, query.GetSize(), queryBits_),
+      filter_({measure.GetMeasure(), measure.GetAlpha(), measure.GetBeta(), descending}, query.GetSize(),
+              queryBits_) {}
 
 template <class Visit, class VisitOther>
 void BitEntryScorer::ForBlocks(unsigned bin, unsigned begin, unsigned end, Visit visit,
@@ -72,10 +68,6 @@ void BitEntryScorer::Offer(unsigned begin, unsigned end, CutoffHits& hits) {
 // the bar.
 template <class Hits>
 void BitEntryScorer::OfferBins(unsigned begin, unsigned end, Hits& hits) {
-  const unsigned size = query_.GetSize();
-  if (measure_.IsMonotone() && size <= maxFilteredBits && end - begin >= size / filteredBitsPerEntry) {
-    filter_.emplace(scorer_, descending_, size, queryBits_);
-  }
   const unsigned numBins = bins_.NumBins();
   const unsigned above = std::min(BitCountBins::BinOf(queryBits_), numBins);
   unsigned numBelow = above;  // bins still to come below and, from `next` on, above
@@ -85,18 +77,19 @@ void BitEntryScorer::OfferBins(unsigned begin, unsigned end, Hits& hits) {
   }
 }
 
-bool BitEntryScorer::CanReach(unsigned bin, double bar) const {
-  if (!filter_ || !bins_.HasOneSize(bin, query_.GetSize())) return true;
+bool BitEntryScorer::CanPass(unsigned bin) const {
+  if (!bins_.HasOneSize(bin, query_.GetSize())) return true;
   const unsigned last = std::min(BitCountBins::FirstBitCount(bin + 1) - 1, query_.GetSize());
   for (unsigned bits = BitCountBins::FirstBitCount(bin); bits <= last; ++bits) {
-    if (filter_->CanReach(bits, bar)) return true;
+    if (filter_.CanPass(bits)) return true;
   }
   return false;
 }
 
 template <class Hits>
 void BitEntryScorer::OfferBin(unsigned bin, unsigned begin, unsigned end, Hits& hits) {
-  if (!CanReach(bin, hits.GetBar().GetScore())) return;
+  filter_.SetBar(hits.GetBar().GetScore());
+  if (!CanPass(bin)) return;
   ForBlocks(
       bin, begin, end,
       [&](const Block& block, const std::uint32_t* shared) { OfferBlock(block, shared, hits); },
@@ -105,17 +98,13 @@ void BitEntryScorer::OfferBin(unsigned bin, unsigned begin, unsigned end, Hits& 
 
 template <class Hits>
 void BitEntryScorer::OfferBlock(const Block& block, const std::uint32_t* shared, Hits& hits) {
-  const auto size = static_cast<std::uint32_t>(block.entries.size());
-  const auto bitsOf = [&](std::uint32_t k) { return block.bitCounts[k]; };
-  const auto indexOf = [&](std::uint32_t k) { return block.entries[k]; };
-  if (filter_) {
-    std::array<std::uint32_t, blockSize> candidates;
-    filter_->OfferPassing(size, bitsOf, indexOf, shared, candidates.data(), hits);
-    return;
-  }
-  for (std::uint32_t k = 0; k < size; ++k) {
-    hits.AddHit(QXSimScore(indexOf(k), double{scorer_(bitsOf(k), shared[k])}));
-  }
+  std::array<float, blockSize> bitCounts;
+  std::ranges::transform(block.bitCounts, block.bitCounts + block.entries.size(), bitCounts.begin(),
+                         [](unsigned bits) { return static_cast<float>(static_cast<int>(bits)); });
+  filter_.OfferPassing(
+      static_cast<std::uint32_t>(block.entries.size()), bitCounts.data(), shared,
+      [&](std::uint32_t k) { return double{scorer_(block.bitCounts[k], shared[k])}; },
+      [&](std::uint32_t k) { return block.entries[k]; }, hits);
 }
 
 float BitEntryScorer::ScoreOtherSize(unsigned i) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include "database/BitCountBins.h"
 #include "database/BitScorer.h"
@@ -40,8 +39,8 @@ class BitEntryScorer final : public EntryScorer {
   void OfferBin(unsigned bin, unsigned begin, unsigned end, Hits& hits);
   template <class Hits>
   void OfferBlock(const Block& block, const std::uint32_t* shared, Hits& hits);
-  // Whether an entry of the bin can become a hit.
-  bool CanReach(unsigned bin, double bar) const;
+  // Whether an entry of the bin can pass the filter.
+  bool CanPass(unsigned bin) const;
   float ScoreOtherSize(unsigned i);
 
   const FingerPrintStore& store_;
@@ -49,10 +48,9 @@ class BitEntryScorer final : public EntryScorer {
   const QXFingerPrint& query_;
   const unsigned queryBits_;
   const MeasureFormula measure_;
-  const bool descending_;
   const BitScorer scorer_;
-  std::optional<CandidateFilter<BitScorer>> filter_;  // where it pays
-  QXFingerPrint entry_;                               // of another size
+  CandidateFilter filter_;
+  QXFingerPrint entry_;  // of another size
 };
 
 }  // namespace QXFingrix

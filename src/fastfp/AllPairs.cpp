@@ -87,7 +87,7 @@ class ScoreMatrix {
 std::vector<float> ScoreAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options) {
   ScoreMatrix matrix(records.numRecords);
   PairTiles tiles(records, options);
-  for (std::uint64_t band = 0; band < records.numRecords; band += tiles.BandSize()) {
+  for (std::uint64_t band = 0; band < records.numRecords; band += PairTiles::bandSize) {
     matrix.AddRows(tiles.BandEnd(band));
     tiles.TakeBand(band, [&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
       matrix.SetRow(i, j, scores);
@@ -110,8 +110,8 @@ void CountAllPairs(const RecordTable& records, const QXFPDatabaseOptions& option
                    std::span<const float> values, QXFPVariogram& variogram) {
   const std::uint64_t num = records.numRecords;
   PairTiles tiles(records, options);
-  std::vector<float> rows(tiles.BandSize() * num);
-  for (std::uint64_t band = 0; band < num; band += tiles.BandSize()) {
+  std::vector<float> rows(PairTiles::bandSize * num);
+  for (std::uint64_t band = 0; band < num; band += PairTiles::bandSize) {
     tiles.TakeBand(band, [&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
       std::ranges::transform(scores, &rows[(i - band) * num + j],
                              [](double score) { return static_cast<float>(score); });

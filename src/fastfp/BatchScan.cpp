@@ -5,6 +5,7 @@
 #include "fastfp/BatchScan.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <deque>
 #include <memory>
@@ -18,8 +19,10 @@ namespace QXFingrix {
 
 namespace {
 
-constexpr std::size_t maxGroup = 128;  // queries; their counts, filters and lists stay in the second cache
-constexpr std::uint64_t claimSize = 32 * scanBlockSize;
+constexpr std::size_t maxGroup = 128;  // queries; their counts and lists stay in the second cache
+constexpr std::size_t minTiled = 8;    // queries; fewer are faster one by one
+constexpr std::uint64_t tileRecords = 512;
+constexpr std::uint64_t claimSize = 8 * tileRecords;
 constexpr std::uint64_t minThreaded =
     100'000;  // comparisons; below, starting threads costs more than it gains
 
@@ -34,39 +37,50 @@ HitLists MakeHitLists(std::size_t num, std::uint64_t numRecords, const QXFPDatab
 /// One thread's search for the hits of a group.
 class GroupScan {
  public:
-  GroupScan(const RecordTable& records, std::span<const QueryBits> queries,
-            std::span<const std::uint64_t> words, const QXFPDatabaseOptions& options)
+  GroupScan(const RecordTable& records, std::span<const QueryBits> queries, const QXSystem::QXBitLists& lists,
+            const QXFPDatabaseOptions& options)
       : records_(records),
-        words_(words),
+        lists_(lists),
         hits_(MakeHitLists(queries.size(), records.numRecords, options)),
-        shared_(queries.size() * scanBlockSize) {
+        least_(queries.size()),
+        reaches_(std::make_unique<bool[]>(queries.size())),
+        shared_(queries.size() * tileRecords) {
     for (std::size_t i = 0; i < queries.size(); ++i)
       scans_.emplace_back(records, queries[i], options, *hits_[i]);
   }
 
   void Scan(std::uint64_t begin, std::uint64_t end) {
-    for (std::uint64_t block = begin; block < end; block += scanBlockSize) {
-      ScanBlock(records_.Record(block), std::min(scanBlockSize, end - block));
+    if (scans_.size() < minTiled) {
+      for (SortedScan& scan : scans_) scan.Scan(begin, end);
+      return;
+    }
+    for (std::uint64_t tile = begin; tile < end; tile += tileRecords) {
+      ScanTile(records_.Record(tile), static_cast<std::uint32_t>(std::min(tileRecords, end - tile)));
     }
   }
 
   const HitLists& GetHits() const { return hits_; }
 
  private:
-  void ScanBlock(const std::uint64_t* first, std::uint64_t size) {
-    const std::size_t numWords = records_.numWords;
-    QXSystem::QXGetBitCountKernel().countAndTile(
-        words_.data(), numWords, scans_.size(), first + FileLayout::dataSlot,
-        FileLayout::RecordWords(numWords), size, numWords, shared_.data(), scanBlockSize);
+  void ScanTile(const std::uint64_t* first, std::uint32_t size) {
+    ReadBitCounts(records_, first, size, bitCounts_.data());
+    const float minBitCount = *std::min_element(bitCounts_.begin(), bitCounts_.begin() + size);
+    for (std::size_t i = 0; i < scans_.size(); ++i) least_[i] = scans_[i].LeastShared(minBitCount);
+    QXSystem::QXGetBitCountKernel().countLists(lists_, first + FileLayout::dataSlot,
+                                               FileLayout::RecordWords(records_.numWords), size,
+                                               least_.data(), shared_.data(), tileRecords, reaches_.get());
     for (std::size_t i = 0; i < scans_.size(); ++i) {
-      scans_[i].Take(first, static_cast<std::uint32_t>(size), &shared_[i * scanBlockSize]);
+      if (reaches_[i]) scans_[i].Take(first, size, bitCounts_.data(), &shared_[i * tileRecords]);
     }
   }
 
   const RecordTable& records_;
-  const std::span<const std::uint64_t> words_;
+  const QXSystem::QXBitLists& lists_;
   const HitLists hits_;
   std::deque<SortedScan> scans_;
+  std::array<float, tileRecords> bitCounts_;
+  std::vector<std::uint32_t> least_;
+  std::unique_ptr<bool[]> reaches_;
   std::vector<std::uint32_t> shared_;  // a row for each query
 };
 
@@ -79,14 +93,16 @@ class GroupSearch {
         queries_(queries),
         options_(options),
         hits_(MakeHitLists(queries.size(), records.numRecords, options)) {
-    for (const QueryBits& query : queries)
-      words_.insert(words_.end(), query.words.begin(), query.words.end());
+    if (queries.size() < minTiled) return;
+    std::vector<std::uint64_t> words;
+    for (const QueryBits& query : queries) words.insert(words.end(), query.words.begin(), query.words.end());
+    lists_ = QXSystem::QXBitLists(words.data(), records.numWords, queries.size(), records.numWords);
   }
 
   // Run by every thread; an exception must not leave it.
   void Work() noexcept {
     try {
-      GroupScan scan(records_, queries_, words_, options_);
+      GroupScan scan(records_, queries_, lists_, options_);
       for (;;) {
         const std::uint64_t begin = next_.fetch_add(claimSize);
         if (begin >= records_.numRecords || isOutOfMemory_) break;
@@ -116,7 +132,7 @@ class GroupSearch {
   const RecordTable& records_;
   const std::span<const QueryBits> queries_;
   const QXFPDatabaseOptions& options_;
-  std::vector<std::uint64_t> words_;  // of all queries, one after the other
+  QXSystem::QXBitLists lists_;  // of all queries
   std::atomic<std::uint64_t> next_{0};
   std::atomic<bool> isOutOfMemory_{false};
   HitLists hits_;

@@ -21,10 +21,9 @@ std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBit
             [&](unsigned idx, double score) { scores.emplace_back(idx, score); });
     return scores;
   }
-  const bool descending = options.GetDescendingOrder();
-  CutoffHits hits(options.GetCutoff(), descending);
-  CandidateFilter<Scorer> filter(scorer, descending, records.NumBits(), query.numSet);
-  ScanCandidates(records, query, filter, 0, records.numRecords, hits);
+  CutoffHits hits(options.GetCutoff(), options.GetDescendingOrder());
+  CandidateFilter filter = MakeFilter(options, records, query);
+  ScanCandidates(records, query, scorer, filter, 0, records.numRecords, hits);
   return hits.TakeHits();
 }
 

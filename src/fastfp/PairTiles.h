@@ -17,21 +17,18 @@ namespace QXFingrix {
 /// the second cache holds together with their counts, are counted, then scored row by row in the first.
 class PairTiles {
  public:
-  static constexpr std::uint64_t tileRecords = 128;
+  static constexpr std::uint64_t tileRecords = 512;
+  static constexpr std::uint64_t bandSize = 128;  // queries; the last band may be shorter
 
   /// What is passed is referred to and must outlive the tiles.
   PairTiles(const RecordTable& records, const QXFPDatabaseOptions& options)
       : records_(records),
         options_(options),
         isSymmetric_(options.GetSimFunc() != QXSimMeasure::Tversky),
-        bandSize_(std::clamp<std::uint64_t>(queryBytes / (records.numWords * FileLayout::wordBytes) / 8 * 8,
-                                            8, maxBand)),
-        shared_(bandSize_ * tileRecords) {}
+        shared_(bandSize * tileRecords) {}
 
-  /// Queries of a band; the last one may be shorter.
-  std::uint64_t BandSize() const { return bandSize_; }
   std::uint64_t BandEnd(std::uint64_t begin) const {
-    return begin + std::min(bandSize_, records_.numRecords - begin);
+    return begin + std::min(bandSize, records_.numRecords - begin);
   }
 
   /// Whether (j, i) scores as (i, j) does; then only the upper triangle is scored, the diagonal included.
@@ -42,9 +39,12 @@ class PairTiles {
   template <class Take>
   void TakeBand(std::uint64_t band, Take take) {
     const std::uint64_t end = BandEnd(band);
+    const std::size_t stride = FileLayout::RecordWords(records_.numWords);
+    queries_ = QXSystem::QXBitLists(records_.Record(band) + FileLayout::dataSlot, stride, end - band,
+                                    records_.numWords);
     for (std::uint64_t j = isSymmetric_ ? band : 0; j < records_.numRecords; j += tileRecords) {
       const std::uint64_t size = std::min(tileRecords, records_.numRecords - j);
-      Count(band, end, j, size);
+      Count(j, size);
       for (std::uint64_t i = band; i < end; ++i) {
         const std::uint64_t skipped = isSymmetric_ && i > j ? i - j : 0;
         if (skipped >= size) continue;
@@ -57,19 +57,15 @@ class PairTiles {
   /// The same for all bands, in order.
   template <class Take>
   void TakeAll(Take take) {
-    for (std::uint64_t band = 0; band < records_.numRecords; band += bandSize_) TakeBand(band, take);
+    for (std::uint64_t band = 0; band < records_.numRecords; band += bandSize) TakeBand(band, take);
   }
 
  private:
-  static constexpr std::uint64_t queryBytes = 32768;
-  static constexpr std::uint64_t maxBand = 128;
-
-  void Count(std::uint64_t begin, std::uint64_t end, std::uint64_t firstRecord, std::uint64_t size) {
+  void Count(std::uint64_t firstRecord, std::uint64_t size) {
     const std::size_t stride = FileLayout::RecordWords(records_.numWords);
     const std::uint64_t* const record = records_.Record(firstRecord);
-    QXSystem::QXGetBitCountKernel().countAndTile(records_.Record(begin) + FileLayout::dataSlot, stride,
-                                                 end - begin, record + FileLayout::dataSlot, stride, size,
-                                                 records_.numWords, shared_.data(), tileRecords);
+    QXSystem::QXGetBitCountKernel().countLists(queries_, record + FileLayout::dataSlot, stride, size, nullptr,
+                                               shared_.data(), tileRecords, nullptr);
     for (std::uint64_t i = 0; i < size; ++i) {
       bits_[i] = static_cast<double>(record[i * stride + FileLayout::bitCountSlot]);
     }
@@ -88,7 +84,7 @@ class PairTiles {
   const RecordTable& records_;
   const QXFPDatabaseOptions& options_;
   const bool isSymmetric_;
-  const std::uint64_t bandSize_;
+  QXSystem::QXBitLists queries_;       // of the band
   std::vector<std::uint32_t> shared_;  // rows of tileRecords counts
   std::array<double, tileRecords> bits_{};
   std::array<double, tileRecords> scores_{};

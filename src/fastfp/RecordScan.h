@@ -65,27 +65,46 @@ void ScanAll(const RecordTable& records, const QueryBits& query, const Scorer& s
              });
 }
 
-/// Offers to a list the hits of a block's records that can reach its bar, see CandidateFilter::OfferPassing.
-/// Shape    first: the block's first record; size: at most scanBlockSize; shared: a count for each record.
-template <class Hits>
-void OfferCandidates(const RecordTable& records, CandidateFilter<Scorer>& filter, const std::uint64_t* first,
-                     std::uint32_t size, const std::uint32_t* shared, Hits& hits) {
+/// The bit counts of a block's records.
+inline void ReadBitCounts(const RecordTable& records, const std::uint64_t* first, std::uint32_t size,
+                          float* bitCounts) {
   const std::size_t stride = FileLayout::RecordWords(records.numWords);
-  const auto bitsOf = [&](std::uint32_t i) { return first[i * stride + FileLayout::bitCountSlot]; };
-  const auto indexOf = [&](std::uint32_t i) {
-    return static_cast<unsigned>(first[i * stride + FileLayout::indexSlot]);
-  };
-  std::array<std::uint32_t, scanBlockSize> candidates;
-  filter.OfferPassing(size, bitsOf, indexOf, shared, candidates.data(), hits);
+  for (std::uint32_t i = 0; i < size; ++i) {
+    bitCounts[i] = static_cast<float>(first[i * stride + FileLayout::bitCountSlot]);
+  }
+}
+
+/// A filter for the search that the options ask for.
+inline CandidateFilter MakeFilter(const QXFPDatabaseOptions& options, const RecordTable& records,
+                                  const QueryBits& query) {
+  return CandidateFilter({options.GetSimFunc(), options.GetTverskyAlpha(), options.GetTverskyBeta(),
+                          options.GetDescendingOrder()},
+                         records.NumBits(), query.numSet);
+}
+
+/// Offers to a list the hits of a block's records that pass a filter.
+/// Shape    first: the block's first record; bitCounts, shared: a count for each record.
+template <class Hits>
+void OfferCandidates(const RecordTable& records, const Scorer& scorer, CandidateFilter& filter,
+                     const std::uint64_t* first, std::uint32_t size, const float* bitCounts,
+                     const std::uint32_t* shared, Hits& hits) {
+  const std::size_t stride = FileLayout::RecordWords(records.numWords);
+  filter.OfferPassing(
+      size, bitCounts, shared,
+      [&](std::uint32_t i) { return scorer(first[i * stride + FileLayout::bitCountSlot], shared[i]); },
+      [&](std::uint32_t i) { return static_cast<unsigned>(first[i * stride + FileLayout::indexSlot]); },
+      hits);
 }
 
 /// The same for all records from begin to end - 1.
 template <class Hits>
-void ScanCandidates(const RecordTable& records, const QueryBits& query, CandidateFilter<Scorer>& filter,
-                    std::uint64_t begin, std::uint64_t end, Hits& hits) {
+void ScanCandidates(const RecordTable& records, const QueryBits& query, const Scorer& scorer,
+                    CandidateFilter& filter, std::uint64_t begin, std::uint64_t end, Hits& hits) {
+  std::array<float, scanBlockSize> bitCounts;
   ScanBlocks(records, query, begin, end,
              [&](const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
-               OfferCandidates(records, filter, first, size, shared, hits);
+               ReadBitCounts(records, first, size, bitCounts.data());
+               OfferCandidates(records, scorer, filter, first, size, bitCounts.data(), shared, hits);
              });
 }
 

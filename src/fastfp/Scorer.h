@@ -66,12 +66,6 @@ class Scorer {
     if constexpr (measure == QXSimMeasure::Manhattan) return (a + b_ - 2.0 * c) / n_;
   }
 
-  /// More than what roundings make Tversky scores, a few units in the last place, miss the order by.
-  static constexpr double slack = 1e-14;
-
-  /// Whether more shared bits, all else equal, give a larger score (or the same); otherwise a smaller one.
-  bool RisesWithSharedBits() const { return measure_ != QXSimMeasure::Manhattan; }
-
  private:
   template <unsigned measure>
   using Constant = std::integral_constant<unsigned, measure>;

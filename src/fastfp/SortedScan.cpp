@@ -81,11 +81,17 @@ class ThreadedSearch {
 }  // namespace
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end) {
-  ScanCandidates(records_, query_, filter_, begin, end, hits_);
+  ScanCandidates(records_, query_, scorer_, filter_, begin, end, hits_);
 }
 
-void SortedScan::Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared) {
-  OfferCandidates(records_, filter_, first, size, shared, hits_);
+std::uint32_t SortedScan::LeastShared(float minBitCount) {
+  filter_.SetBar(hits_.GetBar().GetScore());
+  return filter_.LeastShared(minBitCount);
+}
+
+void SortedScan::Take(const std::uint64_t* first, std::uint32_t size, const float* bitCounts,
+                      const std::uint32_t* shared) {
+  OfferCandidates(records_, scorer_, filter_, first, size, bitCounts, shared, hits_);
 }
 
 void SortedScan::Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram) {

@@ -20,7 +20,7 @@ class SortedScan {
       : records_(records),
         query_(query),
         scorer_(options, records.NumBits(), query.numSet),
-        filter_(scorer_, options.GetDescendingOrder(), records.NumBits(), query.numSet),
+        filter_(MakeFilter(options, records, query)),
         hits_(hits) {}
   SortedScan(const SortedScan&) = delete;
   SortedScan& operator=(const SortedScan&) = delete;
@@ -29,14 +29,19 @@ class SortedScan {
   void Scan(std::uint64_t begin, std::uint64_t end);
   /// The same, and counts the score of every record.
   void Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram);
-  /// Offers those of a block whose shared bits somebody else has counted.
-  void Take(const std::uint64_t* first, std::uint32_t size, const std::uint32_t* shared);
+
+  /// For somebody else who counts shared bits: no record of at least minBitCount bits becomes a hit with fewer
+  /// of them than this.
+  std::uint32_t LeastShared(float minBitCount);
+  /// Offers the records of a block that he has counted.
+  void Take(const std::uint64_t* first, std::uint32_t size, const float* bitCounts,
+            const std::uint32_t* shared);
 
  private:
   const RecordTable records_;
   const QueryBits query_;
   const Scorer scorer_;
-  CandidateFilter<Scorer> filter_;
+  CandidateFilter filter_;
   QXFPDatabaseHitList& hits_;
 };
 

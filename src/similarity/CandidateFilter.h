@@ -1,10 +1,6 @@
 #pragma once
 
-#include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <span>
-#include <vector>
 
 #include "QXFingrix/QXSimScore.h"
 
@@ -12,128 +8,76 @@ namespace QXFingrix {
 
 /// Tells from two bit counts whether a record can reach a bar, without computing its score.
 ///
-/// For a record with a bits set, a score rises or falls with the number c of shared bits, so the records that
-/// reach the bar are those with c in one interval that depends on a alone. It is kept as (first, width) and
-/// tested by one subtraction and one comparison. Intervals are computed late: an entry starts as
-/// "everything", and is narrowed when a record that passed it turned out to miss the bar. Since a bar only
-/// tightens, an entry made for an earlier bar lets too many pass and never too few; what passes is scored
-/// exactly by the caller.
-///
-/// A Scorer gives the score of (record bits, shared bits) and says which way it goes, RisesWithSharedBits().
-/// Its roundings may make a score fall where it should rise; Scorer::slack is a larger part of the score than
-/// that. A bar lowered by it keeps the search for the interval's end sound: all shared counts beyond one that
-/// truly reaches the bar reach the lowered one.
-template <class Scorer>
+/// Solved for the number c of bits that record and query share, "the score reaches the bar" is a bound on c
+/// that is linear in the number a of the record's bits: c >= offset + slope a for most measures, c^2 for
+/// Cosine, and <= where fewer shared bits are better. So a block of records is tested without a division, a
+/// table or a branch. The bound is wider than all roundings, those of the scores and its own, so that too many
+/// pass and never too few: what passes is scored exactly by the caller. This holds for any a and c, also for
+/// those that contradict each other in a damaged file.
 class CandidateFilter {
  public:
-  /// The scorer is referred to and must outlive the filter.
-  CandidateFilter(const Scorer& scorer, bool descending, std::uint64_t numBits, std::uint64_t queryBits)
-      : scorer_(scorer),
-        descending_(descending),
-        queryBits_(static_cast<std::uint32_t>(queryBits)),
-        intervals_(numBits + 2, Interval{0, everything}) {}
-
-  bool Passes(std::uint64_t recordBits, std::uint32_t sharedBits) const {
-    const Interval interval = intervals_[std::min<std::uint64_t>(recordBits, intervals_.size() - 1)];
-    return sharedBits - interval.first <= interval.width;
-  }
-
-  /// Lists which of a block's records pass, without a branch, and returns their number.
-  /// Shape    bitsOf(i): the bits of record i; shared and passing: `size` counts and positions.
-  template <class BitsOf>
-  std::uint32_t ListPassing(std::uint32_t size, BitsOf bitsOf, const std::uint32_t* shared,
-                            std::uint32_t* passing) const {
-    std::uint32_t numPassing = 0;
-    for (std::uint32_t i = 0; i < size; ++i) {
-      passing[numPassing] = i;
-      numPassing += Passes(bitsOf(i), shared[i]) ? 1 : 0;
-    }
-    return numPassing;
-  }
-
-  /// Offers hits (index, score) of a block's records to a list: of all that can reach the list's bar and of
-  /// some that miss it. Candidates are listed first and then scored: almost all records end with the first
-  /// step.
-  /// Shape    as above; indexOf(i): the index of record i; passing: room for the list.
-  template <class BitsOf, class IndexOf, class Hits>
-  void OfferPassing(std::uint32_t size, BitsOf bitsOf, IndexOf indexOf, const std::uint32_t* shared,
-                    std::uint32_t* passing, Hits& hits) {
-    const std::uint32_t numPassing = ListPassing(size, bitsOf, shared, passing);
-    for (const std::uint32_t i : std::span(passing, numPassing)) {
-      const std::uint64_t recordBits = bitsOf(i);
-      if (!Passes(recordBits, shared[i])) continue;  // narrowed since
-      const double score = scorer_(recordBits, shared[i]);
-      if (hits.AddHit(QXSimScore(indexOf(i), score))) continue;
-      const double bar = hits.GetBar().GetScore();
-      const bool isWorse = descending_ ? score < bar : score > bar;  // ties would be narrowed in vain
-      if (isWorse) Narrow(recordBits, bar);
-    }
-  }
-
-  /// Whether a record with recordBits bits set, whatever it shares with the query, can reach a bar.
-  bool CanReach(std::uint64_t recordBits, double bar) const {
-    return Reaches(recordBits, WantsMany() ? MostShared(recordBits) : 0, Lower(bar));
-  }
-
-  /// Narrows the interval of records with recordBits bits set to those that reach the bar.
-  /// Cost     O(log queryBits) scores.
-  void Narrow(std::uint64_t recordBits, double bar);
-
- private:
-  static constexpr std::uint32_t everything = ~std::uint32_t{0};
-
-  // Those values c for which c - first, modulo 2^32, is at most width.
-  struct Interval {
-    std::uint32_t first;
-    std::uint32_t width;
+  /// What is compared: the measure with the coefficients that matter to Tversky, and which order is wanted.
+  struct Search {
+    unsigned measure;
+    double alpha;
+    double beta;
+    bool descending;
   };
 
-  double Lower(double bar) const {
-    const double margin = std::abs(bar) * Scorer::slack;
-    return descending_ ? bar - margin : bar + margin;
-  }
-  // A Euclid score that is not a number comes from fewer shared bits than any that is one: in ascending order
-  // it is on the side of those that reach the bar.
-  bool Reaches(std::uint64_t recordBits, std::uint32_t sharedBits, double loweredBar) const {
-    const double score = scorer_(recordBits, sharedBits);
-    return descending_ ? score >= loweredBar : !(score > loweredBar);
-  }
-  // Either the counts from some border on reach the bar, or those below it.
-  bool WantsMany() const { return descending_ == scorer_.RisesWithSharedBits(); }
-  std::uint32_t MostShared(std::uint64_t recordBits) const {
-    return std::min(static_cast<std::uint32_t>(recordBits), queryBits_);
+  /// Fingerprints have numBits bits, queryBits of them set in the query. At first everything passes.
+  CandidateFilter(const Search& search, std::uint64_t numBits, std::uint64_t queryBits);
+
+  /// The score that a record must reach, or tie with, from now on.
+  void SetBar(double bar) {
+    if (bar != bar_) Solve(bar);
   }
 
-  const Scorer& scorer_;
-  const bool descending_;
-  const std::uint32_t queryBits_;
-  // By bit count. The last entry stands for counts larger than a fingerprint, which only a damaged file
-  // holds; it stays "everything".
-  std::vector<Interval> intervals_;
-};
+  bool Passes(float recordBits, std::uint32_t shared) const {
+    const auto c = static_cast<float>(static_cast<std::int32_t>(shared));
+    return sign_ * (isSquared_ ? c * c : c) >= offset_ + slope_ * recordBits;
+  }
 
-template <class Scorer>
-void CandidateFilter<Scorer>::Narrow(std::uint64_t recordBits, double bar) {
-  if (recordBits >= intervals_.size() - 1) return;
-  const double loweredBar = Lower(bar);
-  const bool wantsMany = WantsMany();
-  const std::uint32_t most = MostShared(recordBits);
-  std::uint32_t border = 0;
-  for (std::uint32_t end = most + 1; border < end;) {
-    const std::uint32_t middle = border + (end - border) / 2;
-    if (Reaches(recordBits, middle, loweredBar) == wantsMany) {
-      end = middle;
-    } else {
-      border = middle + 1;
+  /// Whether a record of a block passes.
+  bool AnyPasses(std::uint32_t size, const float* recordBits, const std::uint32_t* shared) const {
+    unsigned any = 0;
+    for (std::uint32_t i = 0; i < size; ++i) any |= Passes(recordBits[i], shared[i]) ? 1U : 0U;
+    return any != 0;
+  }
+
+  /// No record with at least minRecordBits bits passes with fewer shared bits than this.
+  std::uint32_t LeastShared(float minRecordBits) const;
+
+  /// Whether a record with recordBits bits passes if it shares as many as it can, or as few.
+  bool CanPass(std::uint32_t recordBits) const;
+
+  /// Offers to a list those of a block's records that pass; the list's bar becomes the filter's.
+  /// Shape    recordBits and shared: `size` counts; scoreOf(i), indexOf(i): of record i.
+  template <class ScoreOf, class IndexOf, class Hits>
+  void OfferPassing(std::uint32_t size, const float* recordBits, const std::uint32_t* shared, ScoreOf scoreOf,
+                    IndexOf indexOf, Hits& hits) {
+    SetBar(hits.GetBar().GetScore());
+    if (!AnyPasses(size, recordBits, shared)) return;
+    for (std::uint32_t i = 0; i < size; ++i) {
+      if (!Passes(recordBits[i], shared[i])) continue;
+      if (hits.AddHit(QXSimScore(indexOf(i), scoreOf(i)))) SetBar(hits.GetBar().GetScore());
     }
   }
-  // Counts above `most` contradict the record's own bit count. They always pass: such a record is scored as
-  // it is.
-  if (wantsMany) {
-    intervals_[recordBits] = {border, everything - border};
-  } else {
-    intervals_[recordBits] = {most + 1, border - most - 2};
-  }
-}
+
+ private:
+  void Solve(double bar);
+  void PassEverything();
+  void SetBound(double offset, double slope, double condition = 1.0);
+  bool WantsMany() const { return sign_ > 0.0F; }
+
+  Search search_;
+  double numBits_;
+  double queryBits_;
+  double bar_;
+  // A record passes when sign c, or c^2, is at least offset + slope a.
+  float sign_;
+  bool isSquared_;
+  float offset_;
+  float slope_;
+};
 
 }  // namespace QXFingrix

@@ -48,18 +48,11 @@ class MeasureFormula {
     return 0.0F;
   }
 
-  /// Whether more shared bits, all else equal, give a larger score (or the same); otherwise a smaller one.
-  bool RisesWithSharedBits() const { return measure_ != QXSimMeasure::Manhattan; }
-
-  /// Whether that is so, but for roundings. Coefficients of the user's own, negative or huge, may make scores
-  /// turn.
-  bool IsMonotone() const {
-    return measure_ != QXSimMeasure::Tversky || (IsFraction(alpha_) && IsFraction(beta_));
-  }
+  unsigned GetMeasure() const { return measure_; }
+  float GetAlpha() const { return alpha_; }
+  float GetBeta() const { return beta_; }
 
  private:
-  static bool IsFraction(float value) { return value >= 0.0F && value <= 1.0F; }
-
   unsigned measure_;
   float alpha_;
   float beta_;

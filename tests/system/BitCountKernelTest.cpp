@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -73,9 +74,37 @@ TEST_P(BitCountKernelTest, CountAndMatchesANaiveCountAtEverySizeAndStride) {
   }
 }
 
+// Counts may be missing where they are too small, and the flag tells whether one is large enough.
+void ExpectSameWhereLeastIsReached(const QXBitCountKernel& kernel, const QXBitLists& lists,
+                                   const std::vector<std::uint64_t>& records, std::size_t stride,
+                                   std::size_t numRecords, const std::vector<std::uint32_t>& expected,
+                                   std::size_t bothStride, std::mt19937_64& random) {
+  std::vector<std::uint32_t> least(lists.NumVectors());
+  for (auto& count : least) count = static_cast<std::uint32_t>(random() % (18 * lists.NumWords() + 2));
+  std::vector<std::uint32_t> both(expected.size(), 77);
+  const auto reaches = std::make_unique<bool[]>(lists.NumVectors());
+  kernel.countLists(lists, records.data(), stride, numRecords, least.data(), both.data(), bothStride,
+                    reaches.get());
+  for (std::size_t q = 0; q < lists.NumVectors(); ++q) {
+    bool isReached = false;
+    for (std::size_t i = q * bothStride; i < q * bothStride + numRecords; ++i) {
+      if (expected[i] < least[q]) {
+        ASSERT_TRUE(both[i] == expected[i] || both[i] == 0) << both[i];
+        continue;
+      }
+      isReached = true;
+      ASSERT_EQ(both[i], expected[i]);
+    }
+    ASSERT_TRUE(reaches[q] || !isReached);
+    if (lists.NumSlices() == 1) {
+      ASSERT_EQ(reaches[q], isReached) << least[q];
+    }
+  }
+}
+
 // Gaps and the room after a row's counts keep their canaries.
-void ExpectTileMatchesANaiveCount(const QXBitCountKernel& kernel, std::size_t numQueries,
-                                  std::size_t numRecords, std::size_t numWords, std::mt19937_64& random) {
+void ExpectListsMatchANaiveCount(const QXBitCountKernel& kernel, std::size_t numQueries,
+                                 std::size_t numRecords, std::size_t numWords, std::mt19937_64& random) {
   const std::size_t queryGap = random() % 3, gap = random() % 3, room = random() % 3;
   const std::size_t queryStride = numWords + queryGap, stride = numWords + gap,
                     bothStride = numRecords + room;
@@ -89,21 +118,22 @@ void ExpectTileMatchesANaiveCount(const QXBitCountKernel& kernel, std::size_t nu
           NaiveCountAnd(queries.data() + q * queryStride, records.data() + i * stride, numWords));
     }
   }
-  kernel.countAndTile(queries.data(), queryStride, numQueries, records.data(), stride, numRecords, numWords,
-                      both.data(), bothStride);
+  const QXBitLists lists(queries.data(), queryStride, numQueries, numWords);
+  kernel.countLists(lists, records.data(), stride, numRecords, nullptr, both.data(), bothStride, nullptr);
   ASSERT_EQ(both, expected) << numQueries << " queries, " << numRecords << " records, " << numWords
                             << " words";
+  ExpectSameWhereLeastIsReached(kernel, lists, records, stride, numRecords, expected, bothStride, random);
 }
 
-TEST_P(BitCountKernelTest, CountAndTileMatchesANaiveCountInEveryShape) {
+TEST_P(BitCountKernelTest, CountListsMatchesANaiveCountInEveryShape) {
   std::mt19937_64 random(4);
-  for (std::size_t numWords = 1; numWords <= 40; ++numWords) {
-    for (std::size_t numQueries = 0; numQueries < 10; ++numQueries) {
-      for (std::size_t numRecords = 0; numRecords < 10; ++numRecords) {
-        ExpectTileMatchesANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
+  for (const std::size_t numWords : {0, 1, 2, 3, 16, 31, 32, 33, 64, 70}) {
+    for (const std::size_t numQueries : {0, 1, 2, 5}) {
+      for (const std::size_t numRecords : {0, 1, 17}) {
+        ExpectListsMatchANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
       }
-      for (const std::size_t numRecords : {64, 65, 130}) {
-        ExpectTileMatchesANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
+      for (const std::size_t numRecords : {128, 129, 300, 512, 700}) {
+        ExpectListsMatchANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
       }
     }
   }
@@ -128,10 +158,11 @@ TEST_P(BitCountKernelTest, FullVectorsDoNotOverflowALane) {
   std::uint32_t both = 0;
   GetParam().countAnd(ones.data(), ones.size(), ones.data(), ones.size(), 1, &both);
   EXPECT_EQ(both, 64 * ones.size());
-  const std::vector<std::uint32_t> tile(8 * 64, 64 * 1000);
-  std::vector<std::uint32_t> counted(tile.size());
-  GetParam().countAndTile(ones.data(), 1000, 8, ones.data(), 1000, 64, 1000, counted.data(), 64);
-  EXPECT_EQ(counted, tile);
+  const std::vector<std::uint32_t> expected(2 * 100, 64 * 1000);
+  std::vector<std::uint32_t> counted(expected.size());
+  const QXBitLists lists(ones.data(), 0, 2, 1000);
+  GetParam().countLists(lists, ones.data(), 1000, 100, nullptr, counted.data(), 100, nullptr);
+  EXPECT_EQ(counted, expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, BitCountKernelTest, testing::ValuesIn(QXGetBitCountKernels()),

@@ -3,8 +3,6 @@
 
 #include <immintrin.h>
 
-#include <bit>
-
 #include "system/bitcount/Kernels.h"
 
 #define QX_KERNEL_TARGET [[gnu::target("avx2")]]
@@ -66,15 +64,14 @@ struct Lanes {
   }
 };
 
-#include "system/bitcount/NibblePanel.h"
+using Column [[gnu::vector_size(32)]] = std::uint64_t;
 
 #include "system/bitcount/Body.h"
 
 }  // namespace
 
 QXBitCountKernel GetAvx2Kernel() {
-  return {"avx2",   [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountAndTile,
-          CountPair};
+  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountLists, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

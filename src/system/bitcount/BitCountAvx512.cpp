@@ -13,8 +13,6 @@ struct Lanes {
   using Sum [[gnu::vector_size(64)]] = long long;
   using Unaligned [[gnu::vector_size(64), gnu::aligned(8), gnu::may_alias]] = long long;
   static constexpr std::size_t blockWords = 8;
-  static constexpr std::size_t tileQueries = 2;
-  static constexpr std::size_t tileRecords = 8;
 
   QX_KERNEL_TARGET static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
     const Sum bits = *reinterpret_cast<const Unaligned*>(query) & *reinterpret_cast<const Unaligned*>(record);
@@ -39,23 +37,9 @@ struct Lanes {
         __builtin_shufflevector(half, half, 0, 1) + __builtin_shufflevector(half, half, 2, 3);
     return static_cast<std::uint64_t>(quarter[0] + quarter[1]);
   }
-
-  // Adds neighbouring lanes: the sums of a come first, then those of b.
-  QX_KERNEL_TARGET static Sum AddNeighbours(Sum a, Sum b) {
-    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14) +
-           __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15);
-  }
-
-  // Eight vectors become one, whose lanes are their totals.
-  QX_KERNEL_TARGET static void AddTotals(const Sum (&sums)[tileRecords], std::uint32_t* both) {
-    const Sum ofFirst = AddNeighbours(AddNeighbours(sums[0], sums[1]), AddNeighbours(sums[2], sums[3]));
-    const Sum ofLast = AddNeighbours(AddNeighbours(sums[4], sums[5]), AddNeighbours(sums[6], sums[7]));
-    using Counts [[gnu::vector_size(32), gnu::aligned(4), gnu::may_alias]] = std::uint32_t;
-    *reinterpret_cast<Counts*>(both) += __builtin_convertvector(AddNeighbours(ofFirst, ofLast), Counts);
-  }
 };
 
-#include "system/bitcount/RegisterTile.h"
+using Column [[gnu::vector_size(64)]] = std::uint64_t;
 
 #include "system/bitcount/Body.h"
 
@@ -65,7 +49,7 @@ QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
-  return {"avx512", isSupported, Count, CountAnd, CountAndTile, CountPair};
+  return {"avx512", isSupported, Count, CountAnd, CountLists, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -11,8 +11,6 @@ namespace {
 struct Lanes {
   using Sum = std::uint64_t;
   static constexpr std::size_t blockWords = 8;
-  static constexpr std::size_t tileQueries = 2;
-  static constexpr std::size_t tileRecords = 4;
 
   QX_KERNEL_TARGET static Sum CountWord(const std::uint64_t* query, const std::uint64_t* record) {
     return static_cast<Sum>(__builtin_popcountll(*query & *record));
@@ -39,20 +37,16 @@ struct Lanes {
   static std::uint64_t Total(Sum sum) {
     return sum;
   }
-
-  static void AddTotals(const Sum (&sums)[tileRecords], std::uint32_t* both) {
-    for (std::size_t r = 0; r < tileRecords; ++r) both[r] += static_cast<std::uint32_t>(sums[r]);
-  }
 };
 
-#include "system/bitcount/RegisterTile.h"
+using Column [[gnu::vector_size(16)]] = std::uint64_t;
 
 #include "system/bitcount/Body.h"
 
 }  // namespace
 
 QXBitCountKernel GetPopcntKernel() {
-  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountAndTile,
+  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountLists,
           CountPair};
 }
 

@@ -13,8 +13,6 @@ struct Lanes {
   using Vector [[gnu::vector_size(16)]] = std::uint64_t;
   using Sum = Vector;
   static constexpr std::size_t blockWords = 16;
-  static constexpr std::size_t tileQueries = 1;  // two pairs at once are slower: too few registers
-  static constexpr std::size_t tileRecords = 1;
 
   static constexpr std::uint64_t pairs = 0x5555555555555555;
   static constexpr std::uint64_t nibbles = 0x3333333333333333;
@@ -72,20 +70,16 @@ struct Lanes {
   static std::uint64_t Total(Sum sum) {
     return sum[0] + sum[1];
   }
-
-  static void AddTotals(const Sum (&sums)[tileRecords], std::uint32_t* both) {
-    for (std::size_t r = 0; r < tileRecords; ++r) both[r] += static_cast<std::uint32_t>(Total(sums[r]));
-  }
 };
 
-#include "system/bitcount/RegisterTile.h"
+using Column = Lanes::Vector;
 
 #include "system/bitcount/Body.h"
 
 }  // namespace
 
 QXBitCountKernel GetPortableKernel() {
-  return {"portable", [] { return true; }, Count, CountAnd, CountAndTile, CountPair};
+  return {"portable", [] { return true; }, Count, CountAnd, CountLists, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

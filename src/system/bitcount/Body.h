@@ -1,21 +1,21 @@
 // The loops that all kernels share. A file of one instruction set defines QX_KERNEL_TARGET as the attribute
-// that selects it, then structs Lanes and Panel in an anonymous namespace, and then includes this file
-// there. Of Lanes it needs
+// that selects it, then Lanes and Column in an anonymous namespace, and then includes this file there. Column
+// is told of in ColumnPanel.h; of Lanes it needs
 //   Sum                                   running counts, one or several lanes wide; Sum{} is zero
 //   blockWords                            words that AddBlock takes
 //   Sum AddBlock(Sum, query, record)      adds the counts of query AND record over blockWords words
 //   Sum AddTail(Sum, query, record, n)    the same over n words, 0 < n < blockWords, and reads no others
 //   std::uint64_t Total(Sum)              the sum of the lanes
-// and of Panel, which is tileRecords records in the form that their comparison with tileQueries queries reads
-//   maxWords                              words of a record that a panel takes
-//   Panel(records, stride, n)             over n words, 0 < n <= maxWords
-//   AddTile(queries, stride, both, stride)  adds the counts to both
 // It is included and not a template in a header of its own, because a template would have to name its target
 // before it knows its lanes: code for one instruction set is inlined only into code for the same set.
 //
 // The scan of a large file is bound by memory. Hardware prefetchers stop at the borders of 4 KiB pages, so
 // each cache line is asked for prefetchBytes before it is read. That is further than a record is long; the
 // requests past the end of the block are harmless, since a prefetch never faults.
+
+#include "system/bitcount/ColumnPanel.h"
+
+#include "system/bitcount/ColumnCounts.h"
 
 constexpr std::uintptr_t prefetchBytes = 6144;
 constexpr std::size_t lineWords = 8;
@@ -54,38 +54,32 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
-// The pairs that fill no tile.
-QX_KERNEL_TARGET inline void CountRest(const std::uint64_t* queries, std::size_t queryStride,
-                                       std::size_t numQueries, const std::uint64_t* records,
-                                       std::size_t stride, std::size_t numRecords, std::size_t numWords,
-                                       std::uint32_t* both, std::size_t bothStride) {
-  for (std::size_t i = 0; i < numRecords; ++i, records += stride) {
-    for (std::size_t q = 0; q < numQueries; ++q) {
-      both[q * bothStride + i] =
-          static_cast<std::uint32_t>(CountShared<false>(queries + q * queryStride, records, numWords));
-    }
+QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t* records, std::size_t stride,
+                                 std::size_t numRecords, const std::uint32_t* least, std::uint32_t* both,
+                                 std::size_t bothStride, bool* reaches) {
+  const std::size_t numSlices = queries.NumSlices();
+  if (numSlices != 1) least = nullptr;  // one slice of several does not tell
+  for (std::size_t q = 0; q < queries.NumVectors(); ++q) {
+    if (least || numSlices == 0) std::fill_n(both + q * bothStride, numRecords, 0u);
+    if (reaches) reaches[q] = !least;
   }
-}
-
-QX_KERNEL_TARGET void CountAndTile(const std::uint64_t* queries, std::size_t queryStride,
-                                   std::size_t numQueries, const std::uint64_t* records, std::size_t stride,
-                                   std::size_t numRecords, std::size_t numWords, std::uint32_t* both,
-                                   std::size_t bothStride) {
-  const std::size_t tiledQueries = numQueries - numQueries % Panel::tileQueries;
-  const std::size_t tiledRecords = tiledQueries == 0 ? 0 : numRecords - numRecords % Panel::tileRecords;
-  for (std::size_t q = 0; q < tiledQueries; ++q) std::fill_n(both + q * bothStride, tiledRecords, 0u);
-  for (std::size_t i = 0; i < tiledRecords; i += Panel::tileRecords) {
-    for (std::size_t w = 0; w < numWords; w += Panel::maxWords) {
-      const Panel panel(records + i * stride + w, stride, std::min(Panel::maxWords, numWords - w));
-      for (std::size_t q = 0; q < tiledQueries; q += Panel::tileQueries) {
-        panel.AddTile(queries + q * queryStride + w, queryStride, both + q * bothStride + i, bothStride);
+  ColumnPanel panel;
+  for (std::size_t begin = 0; begin < numRecords; begin += ColumnPanel::numRecords) {
+    const std::size_t size = std::min(ColumnPanel::numRecords, numRecords - begin);
+    for (std::size_t slice = 0; slice < numSlices; ++slice) {
+      const std::size_t word = slice * QXBitLists::sliceWords;
+      panel.Fill(records + begin * stride + word, stride, size,
+                 std::min(QXBitLists::sliceWords, queries.NumWords() - word));
+      for (std::size_t q = 0; q < queries.NumVectors(); ++q) {
+        const ColumnCounts counts(panel, queries.Bits(q, slice));
+        if (least) {
+          if (!counts.Reach(least[q])) continue;
+          reaches[q] = true;
+        }
+        counts.Write(both + q * bothStride + begin, size, slice != 0);
       }
     }
   }
-  CountRest(queries, queryStride, tiledQueries, records + tiledRecords * stride, stride,
-            numRecords - tiledRecords, numWords, both + tiledRecords, bothStride);
-  CountRest(queries + tiledQueries * queryStride, queryStride, numQueries - tiledQueries, records, stride,
-            numRecords, numWords, both + tiledQueries * bothStride, bothStride);
 }
 
 QX_KERNEL_TARGET void CountPair(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords,

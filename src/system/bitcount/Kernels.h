@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>  // for Body.h, which is included inside a namespace
+#include <bit>
+#include <span>
 
 #include "QXSystem/QXBitCountKernel.h"
 
