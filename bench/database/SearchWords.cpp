@@ -1,16 +1,14 @@
 // Searches fingerprints that another program has made, in step with it: compare_rdkit.py.
 //
 // usage: qx_database_search FILE BITS LIMIT
-// FILE holds fingerprints of BITS bits one after the other, as 64-bit words, bit 0 lowest. For each index
-// read from standard input, the sorted search for that fingerprint is run once, and one line written: its
-// nanoseconds, then index and score of every hit.
+// FILE holds fingerprints of BITS bits one after the other, as 64-bit words, bit 0 lowest. Each index read from
+// standard input asks for one sorted search, see AnswerQueries.
 
-#include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 
+#include "../SearchLoop.h"
 #include "QXFingrix/QXFPAtomTypes.h"
 #include "QXFingrix/QXFPDatabase.h"
 #include "QXFingrix/QXFPType.h"
@@ -38,13 +36,6 @@ int main(int argc, char** argv) {
     fps.push_back(fp);
   }
 
-  for (std::size_t query = 0; std::cin >> query && query < fps.size();) {
-    const auto start = std::chrono::steady_clock::now();
-    const auto hits = database.GetSortedScores(fps[query], limit);
-    const std::chrono::nanoseconds time = std::chrono::steady_clock::now() - start;
-    std::printf("%lld", static_cast<long long>(time.count()));
-    for (const QXSimScore& hit : hits) std::printf(" %u %.9g", hit.GetIdx(), hit.GetScore());
-    std::printf("\n");
-    std::fflush(stdout);
-  }
+  Bench::AnswerQueries(fps.size(),
+                       [&](std::size_t query) { return database.GetSortedScores(fps[query], limit); });
 }

@@ -17,11 +17,9 @@ computes the scores only; this library's time includes the choice and the order 
 when scores differ by more than single precision explains, or when a hit is missing.
 """
 import argparse
-import lzma
 import pathlib
 import random
 import statistics
-import subprocess
 import sys
 import tempfile
 import time
@@ -29,17 +27,17 @@ import time
 from rdkit import Chem, DataStructs, RDLogger
 from rdkit.Chem import rdFingerprintGenerator
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent))
+import peers
+
 BITS = 2048
 
 
 def read_molecules(path):
-    opener = lzma.open if path.suffix == ".xz" else open
-    with opener(path, "rt", encoding="utf-8") as lines:
-        for line in lines:
-            mol = Chem.MolFromSmiles(line.split()[0])
-            if mol is not None:
-                yield mol
+    for line in peers.read_lines(path):
+        mol = Chem.MolFromSmiles(line.split()[0])
+        if mol is not None:
+            yield mol
 
 
 def make_fingerprints(path, count):
@@ -64,22 +62,11 @@ def make_fingerprints(path, count):
     return fps, num_real
 
 
-def check_hits(query, hits, scores, limit):
-    """hits: (index, score) in order; scores: RDKit's, of every entry."""
-    best = sorted((score for score in scores if score > 0), reverse=True)[:limit]
-    if len(hits) != len(best):
-        sys.exit(f"query {query}: {len(hits)} hits instead of {len(best)}")
-    for (index, score), expected in zip(hits, best):
-        if abs(score - scores[index]) > 1e-6 or abs(score - expected) > 1e-6:
-            sys.exit(f"query {query}: entry {index} scores {score}, RDKit says {scores[index]}, "
-                     f"expected {expected}")
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program")
-    parser.add_argument("--molecules", type=pathlib.Path, default=ROOT / "data/molecules.smi")
+    parser.add_argument("--molecules", type=pathlib.Path, default=peers.BUNDLED_MOLECULES)
     parser.add_argument("--fingerprints", type=int, default=100000)
     parser.add_argument("--limit", type=int, default=100)
     parser.add_argument("--queries", type=int, default=40)
@@ -97,25 +84,19 @@ def main():
         for fp in fps:
             words.write(DataStructs.BitVectToBinaryText(fp))
         words.flush()
-        with subprocess.Popen([args.program, words.name, str(BITS), str(args.limit)], stdin=subprocess.PIPE,
-                              stdout=subprocess.PIPE, text=True) as search:
+        with peers.SearchProgram(args.program, words.name, BITS, args.limit) as search:
             for number in range(args.queries):
                 query = number * 997 % len(fps)
-                print(query, file=search.stdin, flush=True)
-                answer = search.stdout.readline().split()
-                ours.append(int(answer[0]) * 1e-9)
+                seconds, hits = search.ask(query)
+                ours.append(seconds)
                 start = time.perf_counter()
                 scores = DataStructs.BulkTanimotoSimilarity(fps[query], fps)
                 theirs.append(time.perf_counter() - start)
-                hits = [(int(i), float(s)) for i, s in zip(answer[1::2], answer[2::2])]
-                check_hits(query, hits, scores, args.limit)
-            search.stdin.close()
-    for name, seconds in (("RDKit", theirs), ("QXFPDatabase", ours)):
-        print(f"{name:13} median {statistics.median(seconds) * 1e3:7.3f} ms, "
-              f"best {min(seconds) * 1e3:7.3f} ms, "
-              f"{len(fps) / statistics.median(seconds) / 1e6:7.2f} million comparisons/s")
-    print(f"ratio of comparisons/s: median {statistics.median(theirs) / statistics.median(ours):.1f}, "
-          f"best {min(theirs) / min(ours):.1f}; {args.queries} queries, all scores agree")
+                peers.check_hits(query, hits, scores, args.limit)
+    peers.print_times("RDKit", theirs, len(fps))
+    peers.print_times("QXFPDatabase", ours, len(fps))
+    peers.print_ratio("RDKit", theirs, len(fps), ours, len(fps))
+    print(f"{args.queries} queries, all scores agree")
 
 
 if __name__ == "__main__":
