@@ -1,7 +1,7 @@
 // The top-10 search over a mapped file beside a plain streaming read of the same records, which is the limit
 // of a scan; in the caches and far beyond them, on one and two threads. Then the price of a histogram and of
-// keeping every score. Names: Function/words/records/threads. "of_read" is the speed against the read with as
-// many threads.
+// keeping every score. Names: Function/kernel/words/records/threads. "of_read" is the speed against the read
+// with as many threads. scan_kernels.sh runs the kernels one after the other.
 
 #include <benchmark/benchmark.h>
 
@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "../StreamingRead.h"
+#include "QXSystem/QXBitCountKernel.h"
 #include "fastfp/FastFPMemoryMapDatabaseImpl.h"
 #include "fastfp/FpbinFile.h"
 
@@ -20,8 +21,8 @@ namespace {
 using namespace QXFingrix;
 
 constexpr std::size_t headerWords = 100;
-constexpr double smallBytes = 8e6;  // inside L3
-constexpr double largeBytes = 4e8;
+constexpr double smallBytes = 8e6;     // inside L3
+constexpr double largeBytes = 5.44e8;  // 2 million records of 2,048 bits
 
 // A file of sparse fingerprints, as of drug-like molecules: about one bit in ten is set, in families.
 class SearchFile {
@@ -123,7 +124,8 @@ void SortedSearch(benchmark::State& state, const Search& search) {
 }
 
 void Register(const char* name, const Search& search) {
-  const std::string full = std::string(name) + '/' + std::to_string(search.numWords) + '/' +
+  const std::string kernel = QXSystem::QXGetBitCountKernel().name;
+  const std::string full = std::string(name) + '/' + kernel + '/' + std::to_string(search.numWords) + '/' +
                            std::to_string(search.numRecords) + '/' + std::to_string(search.numThreads);
   benchmark::RegisterBenchmark(full.c_str(), SortedSearch, search)
       ->UseRealTime()
