@@ -27,40 +27,6 @@ unsigned FindRoot(std::vector<unsigned>& parent, unsigned i) {
   return i;
 }
 
-void CheckRingEffort(const RDKit::ROMol& source) {
-  const unsigned numAtoms = source.getNumAtoms();
-  if (numAtoms < 1000) return;
-  std::vector<unsigned> parent(numAtoms);
-  std::iota(parent.begin(), parent.end(), 0U);
-  std::vector<double> atoms(numAtoms, 1);
-  std::vector<double> rings(numAtoms, 0);
-  for (const RDKit::Bond* bond : source.bonds()) {
-    const unsigned a = FindRoot(parent, bond->getBeginAtomIdx());
-    const unsigned b = FindRoot(parent, bond->getEndAtomIdx());
-    if (a == b) {
-      ++rings[a];
-      continue;
-    }
-    parent[b] = a;
-    atoms[a] += atoms[b];
-    rings[a] += rings[b];
-  }
-  unsigned numParts = 0;
-  for (unsigned i = 0; i < numAtoms; ++i) {
-    if (parent[i] != i || rings[i] == 0) continue;
-    ++numParts;
-    if (atoms[i] > maxRingAtoms || rings[i] * atoms[i] * atoms[i] > maxRingEffort) {
-      throw std::runtime_error(
-          "too large for ring perception: " + std::to_string(static_cast<long>(rings[i])) + " rings among " +
-          std::to_string(static_cast<long>(atoms[i])) + " connected atoms");
-    }
-  }
-  if (static_cast<double>(numParts) * numAtoms > maxPartEffort) {
-    throw std::runtime_error("too large for ring perception: " + std::to_string(numParts) +
-                             " parts with rings among " + std::to_string(numAtoms) + " atoms");
-  }
-}
-
 struct Order {
   unsigned order;
   bool dative;
@@ -141,6 +107,40 @@ void PerceiveAfterKekulize(RDKit::RWMol& source) {
 }
 
 }  // namespace
+
+void CheckRingEffort(const RDKit::ROMol& source) {
+  const unsigned numAtoms = source.getNumAtoms();
+  if (numAtoms < 1000) return;
+  std::vector<unsigned> parent(numAtoms);
+  std::iota(parent.begin(), parent.end(), 0U);
+  std::vector<double> atoms(numAtoms, 1);
+  std::vector<double> rings(numAtoms, 0);
+  for (const RDKit::Bond* bond : source.bonds()) {
+    const unsigned a = FindRoot(parent, bond->getBeginAtomIdx());
+    const unsigned b = FindRoot(parent, bond->getEndAtomIdx());
+    if (a == b) {
+      ++rings[a];
+      continue;
+    }
+    parent[b] = a;
+    atoms[a] += atoms[b];
+    rings[a] += rings[b];
+  }
+  unsigned numParts = 0;
+  for (unsigned i = 0; i < numAtoms; ++i) {
+    if (parent[i] != i || rings[i] == 0) continue;
+    ++numParts;
+    if (atoms[i] > maxRingAtoms || rings[i] * atoms[i] * atoms[i] > maxRingEffort) {
+      throw std::runtime_error(
+          "too large for ring perception: " + std::to_string(static_cast<long>(rings[i])) + " rings among " +
+          std::to_string(static_cast<long>(atoms[i])) + " connected atoms");
+    }
+  }
+  if (static_cast<double>(numParts) * numAtoms > maxPartEffort) {
+    throw std::runtime_error("too large for ring perception: " + std::to_string(numParts) +
+                             " parts with rings among " + std::to_string(numAtoms) + " atoms");
+  }
+}
 
 void SanitizeInto(QXMolBase& mol, RDKit::RWMol& source) {
   CheckRingEffort(source);

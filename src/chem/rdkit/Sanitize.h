@@ -14,6 +14,9 @@ namespace QXChem {
 /// a ring system over the limits.
 void SanitizeInto(QXMolBase& mol, RDKit::RWMol& source);
 
+/// Throws std::runtime_error when finding the rings would overflow the stack or take minutes.
+void CheckRingEffort(const RDKit::ROMol& source);
+
 /// The sanitising steps from ring perception on, for a molecule that carries Kekulé orders and no flags.
 void SanitizeKekule(RDKit::RWMol& source);
 

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "QXChem/QXAtomBondSet.h"
+#include "QXChem/QXMolBase.h"
+#include "QXChem/QXSubSearchTarget.h"
+#include "QXSystem/QXExport.h"
+#include "QXSystem/QXIter.h"
+
+namespace QXChem {
+
+struct Pattern;
+
+/// A SMARTS pattern, compiled for matching.
+///
+/// RDKit reads the pattern, and what matches is what matches there, with chirality left out (@, / and \ are
+/// read and have no effect): X counts hydrogens that are no atoms of the graph, H all hydrogens, h those that
+/// are no atoms, D the neighbours in the graph; R<n> counts the rings of RDKit's symmetrised smallest set of
+/// smallest rings, r<n> asks for the size of the smallest. Recursive patterns and ranges (D{2-3}) are taken,
+/// parts joined by a dot match anywhere, and parentheses that group parts are refused, as by RDKit. A dative
+/// bond (->) goes from donor to acceptor. White space ends a pattern.
+///
+/// Matching looks at the graph as it is: a pattern sees the hydrogens that are atoms (see
+/// QXSuppressHydrogens).
+/// Errors   the constructor reports one Warning when it cannot take the pattern, one of more than 10,000 bytes
+///          or with more than 100 recursive patterns in each other included; the object is then invalid and
+///          never matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a molecule
+///          whose rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
+/// Threads  all methods are safe on one object from several threads. Copies are cheap and share the pattern.
+/// Cost     some hundreds of nanoseconds for a typical pattern and a drug-like molecule, less when an element
+///          or bond is missing; the worst case of such a search is exponential in the size of the pattern.
+///          SingleMatch allocates nothing after the first few calls, but for R<n> with n above 0.
+class QX_API QXSubSearch {
+ public:
+  /// flags are reserved: 0.
+  explicit QXSubSearch(const std::string& smarts, unsigned flags = 0);
+  QXSubSearch(const QXSubSearch& other);
+  QXSubSearch(QXSubSearch&& other) noexcept;
+  QXSubSearch& operator=(const QXSubSearch& other);
+  QXSubSearch& operator=(QXSubSearch&& other) noexcept;
+  ~QXSubSearch();
+
+  bool IsValid() const { return pattern_ != nullptr; }
+  explicit operator bool() const { return IsValid(); }
+  const std::string& GetSmarts() const { return smarts_; }
+  /// Atoms and bonds of the pattern, those in recursive patterns not counted; 0 when it is invalid.
+  unsigned NumAtoms() const;
+  unsigned NumBonds() const;
+
+  /// Whether there is a match. Stops at the first.
+  bool SingleMatch(const QXMolBase& mol) const;
+  bool SingleMatch(const QXSubSearchTarget& target) const;
+
+  /// All matches, found one by one as the iterator advances; atoms and bonds of each are in the order of the
+  /// pattern's atoms and bonds. With `unique` matches of the same set of atoms count once: the first is kept,
+  /// and the iterator remembers the sets it has passed. Molecule or target must outlive the iterator and its
+  /// copies and stay as they are.
+  QXSystem::QXIter<QXAtomBondSet> Match(const QXMolBase& mol, bool unique = false) const;
+  QXSystem::QXIter<QXAtomBondSet> Match(const QXSubSearchTarget& target, bool unique = false) const;
+
+ private:
+  std::string smarts_;
+  std::shared_ptr<const Pattern> pattern_;  // null when invalid
+};
+
+}  // namespace QXChem
