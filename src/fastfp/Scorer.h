@@ -70,9 +70,10 @@ class Scorer {
   template <unsigned measure>
   using Constant = std::integral_constant<unsigned, measure>;
 
-  // 0 where there is no ratio. Written so that compilers find no branch in it and take several at a time.
+  // 0 where there is no ratio. The division comes first: so compilers take several at a time.
   static double Ratio(double numerator, double denominator, bool isNone) {
-    return numerator * (isNone ? 0.0 : 1.0) / (denominator + (isNone ? 1.0 : 0.0));
+    const double ratio = numerator / denominator;
+    return isNone ? 0.0 : ratio;
   }
 
   unsigned measure_;
