@@ -13,6 +13,7 @@
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXSimScore.h"
 #include "QXFingrix/QXSimSearchResult.h"
+#include "QXSystem/QXDots.h"
 #include "QXSystem/QXExport.h"
 #include "QXSystem/QXIter.h"
 
@@ -97,21 +98,25 @@ class QX_API QXFastFPDatabase {
                                                             const QXFPDatabaseOptions& options) const;
 
   // All against all: the scores of records i and j, in tiles, on the calling thread. The options' cutoff and
-  // limit play a part in GetSparseMatrix only.
+  // limit play a part in GetSparseMatrix only. A copy of the tracer, where there is one, is advanced by one for
+  // each comparison: N^2 of them by Tversky, otherwise N (N + 1) / 2, a pair being compared once and a record
+  // with itself too. It must not throw.
 
   /// N x N scores: element i N + j is the score of query i against record j, in single precision.
   /// Errors   an empty vector and "%s: not enough system memory to store results!" when they find no room.
-  std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const;
+  std::vector<float> GetAllScores(const QXFPDatabaseOptions& options,
+                                  const QXSystem::QXDots* tracer = nullptr) const;
 
   /// The scores of all pairs i < j, N (N - 1) / 2 of them, counted in numBins bins over [0, 1]; by Tversky,
   /// which is not symmetric, all N^2 of them.
-  QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const;
+  QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins,
+                             const QXSystem::QXDots* tracer = nullptr) const;
 
   /// The scores of all pairs i < j with the squared differences of their values, in numBins bins over [0, 1].
   /// Shape    values: one for each record.
   /// Errors   an empty variogram and a Warning for Tversky, and when there are not as many values as records.
   QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,
-                             unsigned numBins) const;
+                             unsigned numBins, const QXSystem::QXDots* tracer = nullptr) const;
 
   /// The nearest neighbours of every record: for each record i in order, the best `limit` pairs (i, j) that
   /// pass the cutoff (a score equal to it passes), best first, equal scores by lower j; i itself is one of
@@ -119,7 +124,8 @@ class QX_API QXFastFPDatabase {
   /// Errors   nothing and a Warning for a limit above N, or when there is no memory. A limit of 0 is warned
   ///          of, and again when there is no cutoff.
   /// Cost     O(N^2) comparisons; memory grows with the pairs that are returned, never with N^2 beyond them.
-  QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options) const;
+  QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options,
+                                                   const QXSystem::QXDots* tracer = nullptr) const;
 
   /// The same hits as GetSortedScores, on the threads that the options ask for, with progress and a
   /// histogram. Returns the status of the search, QXSimSearchStatus::Finished when it was done.

@@ -84,9 +84,10 @@ class ScoreMatrix {
 
 }  // namespace
 
-std::vector<float> ScoreAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options) {
+std::vector<float> ScoreAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options,
+                                 const QXSystem::QXDots* tracer) {
   ScoreMatrix matrix(records.numRecords);
-  PairTiles tiles(records, options);
+  PairTiles tiles(records, options, tracer);
   for (std::uint64_t band = 0; band < records.numRecords; band += PairTiles::bandSize) {
     matrix.AddRows(tiles.BandEnd(band));
     tiles.TakeBand(band, [&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
@@ -97,8 +98,9 @@ std::vector<float> ScoreAllPairs(const RecordTable& records, const QXFPDatabaseO
   return matrix.Take();
 }
 
-void CountAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options, QXFPHistogram& histogram) {
-  PairTiles tiles(records, options);
+void CountAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options, QXFPHistogram& histogram,
+                   const QXSystem::QXDots* tracer) {
+  PairTiles tiles(records, options, tracer);
   tiles.TakeAll([&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
     if (tiles.IsSymmetric() && i == j) scores = scores.subspan(1);
     for (const double score : scores) histogram.AddSample(score);
@@ -107,9 +109,9 @@ void CountAllPairs(const RecordTable& records, const QXFPDatabaseOptions& option
 
 // Bands are stored before they are counted: tiles come in another order.
 void CountAllPairs(const RecordTable& records, const QXFPDatabaseOptions& options,
-                   std::span<const float> values, QXFPVariogram& variogram) {
+                   std::span<const float> values, QXFPVariogram& variogram, const QXSystem::QXDots* tracer) {
   const std::uint64_t num = records.numRecords;
-  PairTiles tiles(records, options);
+  PairTiles tiles(records, options, tracer);
   std::vector<float> rows(PairTiles::bandSize * num);
   for (std::uint64_t band = 0; band < num; band += PairTiles::bandSize) {
     tiles.TakeBand(band, [&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {

@@ -247,34 +247,38 @@ std::vector<double> QXFastFPDatabase::GetRawScores(std::uint64_t index,
   return RunQuery(impl_.get(), &Impl::GetRawScores, index, options, "QXFastFPDatabase::GetRawScores()");
 }
 
-std::vector<float> QXFastFPDatabase::GetAllScores(const QXFPDatabaseOptions& options) const {
+std::vector<float> QXFastFPDatabase::GetAllScores(const QXFPDatabaseOptions& options,
+                                                  const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetAllScores()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {};
-  return impl_->GetAllScores(options);
+  return impl_->GetAllScores(options, tracer);
 }
 
-QXFPHistogram QXFastFPDatabase::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const {
+QXFPHistogram QXFastFPDatabase::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins,
+                                             const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetHistogram()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) {
     return MakeEmpty<QXFPHistogram>(numBins, caller);
   }
-  return impl_->GetHistogram(options, numBins);
+  return impl_->GetHistogram(options, numBins, tracer);
 }
 
 QXFPVariogram QXFastFPDatabase::GetVariogram(const std::vector<float>& values,
-                                             const QXFPDatabaseOptions& options, unsigned numBins) const {
+                                             const QXFPDatabaseOptions& options, unsigned numBins,
+                                             const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetVariogram()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller) ||
       !CheckVariogram(*impl_, values, options, caller)) {
     return MakeEmpty<QXFPVariogram>(numBins, caller);
   }
-  return impl_->GetVariogram(values, options, numBins);
+  return impl_->GetVariogram(values, options, numBins, tracer);
 }
 
-QXSystem::QXIter<QXSimScorePair> QXFastFPDatabase::GetSparseMatrix(const QXFPDatabaseOptions& options) const {
+QXSystem::QXIter<QXSimScorePair> QXFastFPDatabase::GetSparseMatrix(const QXFPDatabaseOptions& options,
+                                                                   const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetSparseMatrix()";
   if (!CheckDatabase(impl_.get(), caller) || !CheckMeasure(options, caller)) return {};
-  return impl_->GetSparseMatrix(options);
+  return impl_->GetSparseMatrix(options, tracer);
 }
 
 unsigned QXFastFPDatabase::SortedSearch(QXSimSearchResult& result, const QXChem::QXMolBase& mol,

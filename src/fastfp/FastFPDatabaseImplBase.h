@@ -12,6 +12,7 @@
 #include "QXFingrix/QXFastFPDatabaseParams.h"
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPopCount.h"
+#include "QXSystem/QXDots.h"
 #include "QXSystem/QXIter.h"
 #include "fastfp/SimSearchResultImpl.h"
 
@@ -36,11 +37,15 @@ class QXFastFPDatabaseImplBase {
   virtual SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const = 0;
   virtual std::vector<double> GetRawScores(const QXFingerPrint& fp,
                                            const QXFPDatabaseOptions& options) const = 0;
-  virtual std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const = 0;
-  virtual QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const = 0;
+  /// All against all; a copy of the tracer, if any, counts the comparisons.
+  virtual std::vector<float> GetAllScores(const QXFPDatabaseOptions& options,
+                                          const QXSystem::QXDots* tracer = nullptr) const = 0;
+  virtual QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins,
+                                     const QXSystem::QXDots* tracer = nullptr) const = 0;
   virtual QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,
-                                     unsigned numBins) const = 0;
-  virtual QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options) const = 0;
+                                     unsigned numBins, const QXSystem::QXDots* tracer = nullptr) const = 0;
+  virtual QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(
+      const QXFPDatabaseOptions& options, const QXSystem::QXDots* tracer = nullptr) const = 0;
   virtual unsigned SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
                                 const QXFPDatabaseOptions& options) const = 0;
   /// A stored record. Errors: false, without a report of what the record holds.

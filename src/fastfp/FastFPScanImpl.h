@@ -16,11 +16,14 @@ class FastFPScanImpl : public QXFastFPDatabaseImplBase {
   SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const override;
   std::vector<double> GetRawScores(const QXFingerPrint& fp,
                                    const QXFPDatabaseOptions& options) const override;
-  std::vector<float> GetAllScores(const QXFPDatabaseOptions& options) const override;
-  QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const override;
+  std::vector<float> GetAllScores(const QXFPDatabaseOptions& options,
+                                  const QXSystem::QXDots* tracer) const override;
+  QXFPHistogram GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins,
+                             const QXSystem::QXDots* tracer) const override;
   QXFPVariogram GetVariogram(const std::vector<float>& values, const QXFPDatabaseOptions& options,
-                             unsigned numBins) const override;
-  QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options) const override;
+                             unsigned numBins, const QXSystem::QXDots* tracer) const override;
+  QXSystem::QXIter<QXSimScorePair> GetSparseMatrix(const QXFPDatabaseOptions& options,
+                                                   const QXSystem::QXDots* tracer) const override;
   unsigned SortedSearch(QXSimSearchResultImpl& result, const QXFingerPrint& fp,
                         const QXFPDatabaseOptions& options) const override;
   bool GetFingerPrint(std::vector<unsigned long>& words, std::uint64_t& molIndex, std::uint64_t& bitCount,

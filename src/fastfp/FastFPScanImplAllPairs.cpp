@@ -7,38 +7,43 @@ namespace QXFingrix {
 
 using QXSystem::QXThrow;
 
-std::vector<float> FastFPScanImpl::GetAllScores(const QXFPDatabaseOptions& options) const {
+std::vector<float> FastFPScanImpl::GetAllScores(const QXFPDatabaseOptions& options,
+                                                const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetAllScores()";
   RecordTable records;
   std::vector<float> scores;
-  if (GetRecords(records, caller)) WithinMemory(caller, [&] { scores = ScoreAllPairs(records, options); });
+  if (GetRecords(records, caller))
+    WithinMemory(caller, [&] { scores = ScoreAllPairs(records, options, tracer); });
   return scores;
 }
 
-QXFPHistogram FastFPScanImpl::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins) const {
+QXFPHistogram FastFPScanImpl::GetHistogram(const QXFPDatabaseOptions& options, unsigned numBins,
+                                           const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetHistogram()";
   RecordTable records;
   QXFPHistogram histogram(0, 0.0, 1.0);
   WithinMemory(caller, [&] {
     histogram = QXFPHistogram(numBins, 0.0, 1.0);
-    if (GetRecords(records, caller)) CountAllPairs(records, options, histogram);
+    if (GetRecords(records, caller)) CountAllPairs(records, options, histogram, tracer);
   });
   return histogram;
 }
 
 QXFPVariogram FastFPScanImpl::GetVariogram(const std::vector<float>& values,
-                                           const QXFPDatabaseOptions& options, unsigned numBins) const {
+                                           const QXFPDatabaseOptions& options, unsigned numBins,
+                                           const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetVariogram()";
   RecordTable records;
   QXFPVariogram variogram(0, 0.0, 1.0);
   WithinMemory(caller, [&] {
     variogram = QXFPVariogram(numBins, 0.0, 1.0);
-    if (GetRecords(records, caller)) CountAllPairs(records, options, values, variogram);
+    if (GetRecords(records, caller)) CountAllPairs(records, options, values, variogram, tracer);
   });
   return variogram;
 }
 
-QXSystem::QXIter<QXSimScorePair> FastFPScanImpl::GetSparseMatrix(const QXFPDatabaseOptions& options) const {
+QXSystem::QXIter<QXSimScorePair> FastFPScanImpl::GetSparseMatrix(const QXFPDatabaseOptions& options,
+                                                                 const QXSystem::QXDots* tracer) const {
   constexpr const char* caller = "QXFastFPDatabase::GetSparseMatrix()";
   RecordTable records;
   if (!GetRecords(records, caller)) return {};
@@ -57,8 +62,8 @@ QXSystem::QXIter<QXSimScorePair> FastFPScanImpl::GetSparseMatrix(const QXFPDatab
     limit = records.numRecords;
   }
   QXSystem::QXIter<QXSimScorePair> pairs;
-  WithinMemory(caller,
-               [&] { pairs = QXSystem::QXMakeVectorIter(FindNearestPairs(records, options, limit)); });
+  WithinMemory(
+      caller, [&] { pairs = QXSystem::QXMakeVectorIter(FindNearestPairs(records, options, limit, tracer)); });
   return pairs;
 }
 

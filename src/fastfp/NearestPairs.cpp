@@ -81,14 +81,14 @@ class NeighbourLists {
 }  // namespace
 
 std::vector<QXSimScorePair> FindNearestPairs(const RecordTable& records, const QXFPDatabaseOptions& options,
-                                             std::uint64_t limit) {
+                                             std::uint64_t limit, const QXSystem::QXDots* tracer) {
   std::vector<QXSimScorePair> pairs;
   if (!options.HasCutoff()) {  // then their number is known: too many are refused before any is looked for
     if (limit != 0 && records.numRecords > pairs.max_size() / limit) throw std::bad_alloc();
     pairs.reserve(records.numRecords * limit);
   }
   NeighbourLists lists(records.numRecords, options, limit);
-  PairTiles tiles(records, options);
+  PairTiles tiles(records, options, tracer);
   tiles.TakeAll([&](std::uint64_t i, std::uint64_t j, std::span<const double> scores) {
     for (const double score : scores) {
       const float key = lists.Key(score);

@@ -4,10 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
 #include "QXSystem/QXBitCountKernel.h"
+#include "QXSystem/QXDots.h"
 #include "fastfp/RecordScan.h"
 #include "fastfp/Scorer.h"
 
@@ -20,12 +22,19 @@ class PairTiles {
   static constexpr std::uint64_t tileRecords = 512;
   static constexpr std::uint64_t bandSize = 128;  // queries; the last band may be shorter
 
-  /// What is passed is referred to and must outlive the tiles.
-  PairTiles(const RecordTable& records, const QXFPDatabaseOptions& options)
+  /// What is passed is referred to and must outlive the tiles, but for the tracer, which may be null: a copy of
+  /// it counts the scores.
+  PairTiles(const RecordTable& records, const QXFPDatabaseOptions& options, const QXSystem::QXDots* tracer)
       : records_(records),
         options_(options),
         isSymmetric_(options.GetSimFunc() != QXSimMeasure::Tversky),
+        tracer_(tracer ? tracer->CreateCopy() : nullptr),
         shared_(bandSize * tileRecords) {}
+  ~PairTiles() {
+    if (tracer_) tracer_->Total();
+  }
+  PairTiles(const PairTiles&) = delete;
+  PairTiles& operator=(const PairTiles&) = delete;
 
   std::uint64_t BandEnd(std::uint64_t begin) const {
     return begin + std::min(bandSize, records_.numRecords - begin);
@@ -45,12 +54,15 @@ class PairTiles {
     for (std::uint64_t j = isSymmetric_ ? band : 0; j < records_.numRecords; j += tileRecords) {
       const std::uint64_t size = std::min(tileRecords, records_.numRecords - j);
       Count(j, size);
+      unsigned numScored = 0;
       for (std::uint64_t i = band; i < end; ++i) {
         const std::uint64_t skipped = isSymmetric_ && i > j ? i - j : 0;
         if (skipped >= size) continue;
         ScoreRow(i, &shared_[(i - band) * tileRecords]);
         take(i, j + skipped, std::span<const double>(scores_).subspan(skipped, size - skipped));
+        numScored += static_cast<unsigned>(size - skipped);
       }
+      if (tracer_) tracer_->Update(numScored);
     }
   }
 
@@ -84,6 +96,7 @@ class PairTiles {
   const RecordTable& records_;
   const QXFPDatabaseOptions& options_;
   const bool isSymmetric_;
+  const std::unique_ptr<QXSystem::QXDots> tracer_;
   QXSystem::QXBitLists queries_;       // of the band
   std::vector<std::uint32_t> shared_;  // rows of tileRecords counts
   std::array<double, tileRecords> bits_{};

@@ -143,6 +143,39 @@ TEST(AllPairs, AgreeWithThePlainDoubleLoopOverRealFingerPrints) {
   CheckDataSet(DataSet(type, fps), QXFastFPDatabaseMemoryType::InMemory);
 }
 
+TEST(AllPairs, ATracerIsAdvancedByEachComparison) {
+  struct Counts {
+    std::uint64_t updates = 0;
+    std::uint64_t totals = 0;
+  };
+  class Tracer final : public QXSystem::QXDots {
+   public:
+    explicit Tracer(Counts& counts) : QXDots(0, 0, "", nullptr), counts_(counts) {}
+    std::unique_ptr<QXDots> CreateCopy() const override { return std::make_unique<Tracer>(*this); }
+    void Update(unsigned n) override { counts_.updates += n; }
+    void Total() override { ++counts_.totals; }
+
+   private:
+    Counts& counts_;
+  };
+  constexpr std::uint64_t num = 700;
+  const DataSet data(256, num, false, 1);
+  const QXFastFPDatabase db(data.File());
+  for (const unsigned measure : {QXSimMeasure::Tanimoto, QXSimMeasure::Tversky}) {
+    const QXFPDatabaseOptions options(3, measure);
+    const std::vector<float> values(num);
+    const bool isTversky = measure == QXSimMeasure::Tversky;
+    Counts counts;
+    const Tracer tracer(counts);
+    db.GetAllScores(options, &tracer);
+    db.GetHistogram(options, 3, &tracer);
+    db.GetSparseMatrix(options, &tracer);
+    if (!isTversky) db.GetVariogram(values, options, 3, &tracer);
+    EXPECT_EQ(counts.updates, isTversky ? 3 * num * num : 4 * num * (num + 1) / 2);
+    EXPECT_EQ(counts.totals, isTversky ? 3U : 4U);
+  }
+}
+
 TEST(AllPairs, ReportWhatCannotBeDone) {
   const DataSet data(256, 4, false, 1);
   const QXFastFPDatabase db(data.File());

@@ -142,6 +142,12 @@ class CreateTest(QxfpCase):
         self.assertRegex(shown.decode(), r"\[=* *\] +\d+ %  \d+ of 12000 molecules  \d+/s  \d+:\d\d left")
         self.assertTrue(shown.endswith(b"\r\x1b[K"), "the bar is taken away at the end")
         self.assertEqual(self.run_qxfp("create", "many.smi", "out.fpbin")[1], b"")
+        for command in ("histogram", "matrix"):
+            status, shown = self.run_on_terminal(command, "out.fpbin", stream="stderr")
+            self.assertEqual(status, DONE)
+            self.assertRegex(shown.decode(), r"\[=* *\] +\d+ %  \d+ of 72006000 comparisons  \d+/s  \d+:\d\d left")
+            self.assertTrue(shown.endswith(b"\r\x1b[K"), "the bar is taken away at the end")
+            self.assertEqual(self.run_qxfp(command, "out.fpbin")[1], b"")
 
 
 class InfoTest(QxfpCase):

@@ -146,7 +146,7 @@ bool MakeFile(const Request& request, const std::string& name, std::uint64_t num
               std::vector<Reject>& rejects) {
   QXFingrix::QXCreateFastFPDatabaseOptions options(request.fptype);
   options.SetNumProcessors(request.threads);
-  if (IsProgressVisible()) options.SetTracer(ProgressBar(numMolecules));
+  if (const auto bar = MakeProgressBar(numMolecules, "molecules")) options.SetTracer(*bar);
   options.SetRejectHandler([&](std::uint64_t index, const std::string& reason) {
     rejects.push_back({index, reason});
   });

@@ -67,9 +67,13 @@ bool FetchFingerprint(QXFingrix::QXFingerPrint& fp, const QXFastFPDatabase& fing
   return false;
 }
 
-void AnnounceComparisons(std::uint64_t numComparisons) {
-  if (numComparisons <= kManyComparisons) return;
-  QXThrow.Info("this takes %llu comparisons", static_cast<unsigned long long>(numComparisons));
+std::uint64_t AnnounceComparisons(std::uint64_t numRecords, const QXFingrix::QXFPDatabaseOptions& options) {
+  const bool isTversky = options.GetSimFunc() == QXFingrix::QXSimMeasure::Tversky;
+  const std::uint64_t num = isTversky ? numRecords * numRecords : numRecords * (numRecords + 1) / 2;
+  if (num > kManyComparisons) {
+    QXThrow.Info("this takes %llu comparisons", static_cast<unsigned long long>(num));
+  }
+  return num;
 }
 
 }  // namespace qxfp

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFastFPDatabase.h"
 #include "QXSystem/QXInterface.h"
 
@@ -23,7 +24,8 @@ std::optional<QXFingrix::QXFastFPDatabase> OpenFingerprints(const QXSystem::QXIn
 bool FetchFingerprint(QXFingrix::QXFingerPrint& fp, const QXFingrix::QXFastFPDatabase& fingerprints,
                       std::uint64_t index, std::string& reason);
 
-/// Says how much there is to do when it is going to take a while.
-void AnnounceComparisons(std::uint64_t numComparisons);
+/// How often the library compares when it compares records with each other and themselves: each pair once, by
+/// Tversky both ways. Says so when it is going to take a while.
+std::uint64_t AnnounceComparisons(std::uint64_t numRecords, const QXFingrix::QXFPDatabaseOptions& options);
 
 }  // namespace qxfp

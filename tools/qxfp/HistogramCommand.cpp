@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "Messages.h"
 #include "MoleculeFile.h"
 #include "Numbers.h"
+#include "ProgressBar.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFPHistogram.h"
 #include "QXSystem/QXErrorHandler.h"
@@ -63,13 +64,6 @@ void CountQuery(const QXFastFPDatabase& fingerprints, const QXFingerPrint& query
   for (const QXFingrix::QXSimScore& hit : fingerprints.GetScores(query, options)) {
     histogram.AddSample(hit.GetScore());
   }
-}
-
-std::uint64_t CountComparisons(std::uint64_t numRecords, const QXFPDatabaseOptions& options) {
-  if (numRecords == 0 || options.GetSimFunc() == QXFingrix::QXSimMeasure::Tversky) {
-    return numRecords * numRecords;
-  }
-  return numRecords * (numRecords - 1) / 2;
 }
 
 template <class T>
@@ -127,13 +121,16 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   QXFingerPrint query;
   if (hasQuery && !ReadQuery(query, queries, *fingerprints)) return CannotRun;
 
-  if (!hasQuery) AnnounceComparisons(CountComparisons(fingerprints->NumFingerPrints(), options));
+  std::unique_ptr<ProgressBar> progress;
+  if (!hasQuery) {
+    progress = MakeProgressBar(AnnounceComparisons(fingerprints->NumFingerPrints(), options), "comparisons");
+  }
   QXFPHistogram histogram(itf.Get<unsigned>("-bins"), 0.0, 1.0);
   const bool isCounted = SucceedsQuietly([&] {
     if (hasQuery) {
       CountQuery(*fingerprints, query, options, histogram);
     } else {
-      histogram = fingerprints->GetHistogram(options, histogram.GetNumBins());
+      histogram = fingerprints->GetHistogram(options, histogram.GetNumBins(), progress.get());
     }
   });
   if (!isCounted) {

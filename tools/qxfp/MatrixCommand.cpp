@@ -9,6 +9,7 @@
 #include "HitTexts.h"
 #include "Messages.h"
 #include "Numbers.h"
+#include "ProgressBar.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
@@ -101,10 +102,10 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   const std::uint64_t limit = options.GetLimit() == 0 ? numRecords : options.GetLimit();
   Pairs pairs;
   if (numRecords > 1) {
-    AnnounceComparisons(numRecords * numRecords);
+    const auto progress = MakeProgressBar(AnnounceComparisons(numRecords, options), "comparisons");
     // The library counts a record among its own neighbours, and refuses to look for more than there are.
     options.SetLimit(static_cast<unsigned>(std::min(limit + 1, numRecords)));
-    if (!SucceedsQuietly([&] { pairs = fingerprints->GetSparseMatrix(options); })) {
+    if (!SucceedsQuietly([&] { pairs = fingerprints->GetSparseMatrix(options, progress.get()); })) {
       QXThrow.Error("'%s' cannot be compared with itself", path.c_str());
       return CannotRun;
     }

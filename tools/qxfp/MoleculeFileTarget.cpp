@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -29,8 +28,7 @@ class MoleculeFileTarget final : public SearchTarget {
       : molecules_(std::move(molecules)), fingerprints_(type), options_(options) {}
 
   void MakeFingerprints(unsigned numThreads) {
-    std::optional<ProgressBar> bar;
-    if (IsProgressVisible()) bar.emplace(molecules_.GetMaxMolIdx());
+    const auto bar = MakeProgressBar(molecules_.GetMaxMolIdx(), "molecules");
     const auto add = [&](RecordFingerprint& record) {
       if (bar) bar->Update();
       if (!record.reason.empty()) return;

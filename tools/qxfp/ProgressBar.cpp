@@ -41,8 +41,8 @@ std::string Bar(double share, std::size_t width) {
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::uint64_t total)
-    : QXDots(0, 0, "molecules", nullptr), total_(total), start_(Clock::now()), lastDrawn_(start_) {}
+ProgressBar::ProgressBar(std::uint64_t total, const char* noun)
+    : QXDots(0, 0, noun, nullptr), total_(total), noun_(noun), start_(Clock::now()), lastDrawn_(start_) {}
 
 std::unique_ptr<QXSystem::QXDots> ProgressBar::CreateCopy() const {
   return std::make_unique<ProgressBar>(*this);
@@ -65,8 +65,8 @@ void ProgressBar::Draw(Clock::time_point now) const {
   const double rate = static_cast<double>(done_) / seconds;
   const double share = total_ > 0 ? static_cast<double>(done_) / static_cast<double>(total_) : 1.0;
   char figures[160];
-  std::snprintf(figures, sizeof figures, "%3.0f %%  %llu of %llu molecules  %.0f/s  %s left", 100.0 * share,
-                static_cast<unsigned long long>(done_), static_cast<unsigned long long>(total_), rate,
+  std::snprintf(figures, sizeof figures, "%3.0f %%  %llu of %llu %s  %.0f/s  %s left", 100.0 * share,
+                static_cast<unsigned long long>(done_), static_cast<unsigned long long>(total_), noun_, rate,
                 Duration(static_cast<double>(total_ - done_) / rate).c_str());
   std::string line = figures;
   const std::size_t columns = TerminalColumns();
@@ -75,8 +75,8 @@ void ProgressBar::Draw(Clock::time_point now) const {
   ShowStatusLine(line.substr(0, columns - 1));
 }
 
-bool IsProgressVisible() {
-  return isatty(STDERR_FILENO) == 1;
+std::unique_ptr<ProgressBar> MakeProgressBar(std::uint64_t total, const char* noun) {
+  return isatty(STDERR_FILENO) == 1 ? std::make_unique<ProgressBar>(total, noun) : nullptr;
 }
 
 }  // namespace qxfp

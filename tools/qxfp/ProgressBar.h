@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 
 #include "QXSystem/QXDots.h"
 
@@ -11,7 +12,8 @@ namespace qxfp {
 /// most.
 class ProgressBar final : public QXSystem::QXDots {
  public:
-  explicit ProgressBar(std::uint64_t total);
+  /// noun: what is counted, in the plural; must outlive the bar.
+  ProgressBar(std::uint64_t total, const char* noun);
 
   std::unique_ptr<QXDots> CreateCopy() const override;
   void Update(unsigned n = 1) override;
@@ -24,12 +26,13 @@ class ProgressBar final : public QXSystem::QXDots {
   void Draw(Clock::time_point now) const;
 
   std::uint64_t total_;
+  const char* noun_;
   std::uint64_t done_ = 0;
   Clock::time_point start_;
   Clock::time_point lastDrawn_;
 };
 
-/// Whether progress has anywhere to be shown: standard error is a terminal.
-bool IsProgressVisible();
+/// A bar where progress has anywhere to be shown: standard error is a terminal. Otherwise nothing.
+std::unique_ptr<ProgressBar> MakeProgressBar(std::uint64_t total, const char* noun);
 
 }  // namespace qxfp
