@@ -54,14 +54,26 @@ def check_hits(query, hits, scores, limit):
                      f"expected {expected}")
 
 
-def print_times(name, seconds, comparisons):
-    print(f"{name:24} median {statistics.median(seconds) * 1e3:8.3f} ms, best {min(seconds) * 1e3:8.3f} ms, "
-          f"{comparisons / statistics.median(seconds) / 1e6:8.2f} million comparisons/s")
+class Times:
+    """Median and best of the seconds that comparing with `comparisons` entries took."""
 
+    def __init__(self, name, seconds, comparisons):
+        self.name = name
+        self.median = statistics.median(seconds)
+        self.best = min(seconds)
+        self.comparisons = comparisons
 
-def print_ratio(name, theirs, their_comparisons, ours, our_comparisons):
-    """How many times as many comparisons per second ours makes."""
-    scale = our_comparisons / their_comparisons
-    print(f"ratio of comparisons/s to {name}: "
-          f"median {scale * statistics.median(theirs) / statistics.median(ours):.1f}, "
-          f"best {scale * min(theirs) / min(ours):.1f}")
+    def subtract(self, seconds):
+        """Takes off what is no comparing: median from median, best from best."""
+        self.median -= statistics.median(seconds)
+        self.best -= min(seconds)
+
+    def print(self):
+        print(f"{self.name:24} median {self.median * 1e3:8.3f} ms, best {self.best * 1e3:8.3f} ms, "
+              f"{self.comparisons / self.median / 1e6:8.2f} million comparisons/s")
+
+    def print_ratio(self, peer):
+        """How many times as many comparisons per second as the peer."""
+        scale = self.comparisons / peer.comparisons
+        print(f"ratio of comparisons/s to {peer.name}: median {scale * peer.median / self.median:.1f}, "
+              f"best {scale * peer.best / self.best:.1f}")

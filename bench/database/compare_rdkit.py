@@ -93,9 +93,10 @@ def main():
                 scores = DataStructs.BulkTanimotoSimilarity(fps[query], fps)
                 theirs.append(time.perf_counter() - start)
                 peers.check_hits(query, hits, scores, args.limit)
-    peers.print_times("RDKit", theirs, len(fps))
-    peers.print_times("QXFPDatabase", ours, len(fps))
-    peers.print_ratio("RDKit", theirs, len(fps), ours, len(fps))
+    times = [peers.Times("QXFPDatabase", ours, len(fps)), peers.Times("RDKit", theirs, len(fps))]
+    for each in times:
+        each.print()
+    times[0].print_ratio(times[1])
     print(f"{args.queries} queries, all scores agree")
 
 

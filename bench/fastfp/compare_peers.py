@@ -12,11 +12,11 @@ QXFastFPDatabase  GetSortedScores over the mapped file of our path fingerprints 
 RDKit             BulkTanimotoSimilarity over those very fingerprints in a list, and heapq.nlargest of the
                   scores. It is an error when it finds other scores than we do.
 Open Babel        its fast search over an index file of its own path fingerprints, FP2, of 1,021 bits in 1,024.
-                  Its binding for Python gives no access to the search alone, so the time of a conversion from
-                  the index, which loads the index, searches, and reads and writes the molecules found, is
-                  taken beside that of the same conversion from an index of a few molecules, and each less a
-                  loading of its index; the difference of the two is the search. No process starts.
-                  Skipped when its binding (Debian: python3-openbabel) is not installed.
+                  Its binding for Python gives no access to the search alone, so what is timed is a conversion
+                  from the index, which loads the index, searches, and reads and writes the molecules found;
+                  the same conversion from an index of a few molecules; and a loading of the index. The search
+                  is the first less the two others. No process starts. Left out when the binding (Debian:
+                  python3-openbabel) is not installed.
 """
 import argparse
 import heapq
@@ -84,6 +84,7 @@ class BabelIndex:
         conversion.OpenInAndOutFiles(str(molecules), self.path)
         self.count = conversion.Convert()
         conversion.CloseOutFile()
+        self.conversions, self.loadings = [], []  # seconds
 
     def load(self):
         openbabel.FastSearch().ReadIndexFile(self.path)
@@ -100,13 +101,11 @@ class BabelIndex:
     def num_found(self):
         return len(pathlib.Path(self.output).read_text(encoding="utf-8").splitlines())
 
-    def search_seconds(self, query, limit):
-        """Everything but the loading of the index."""
-        converting, _ = timed(self.convert, query, limit)
-        loading, _ = timed(self.load)
+    def search(self, query, limit):
+        self.conversions.append(timed(self.convert, query, limit)[0])
+        self.loadings.append(timed(self.load)[0])
         if self.num_found() != limit:
             sys.exit(f"Open Babel found {self.num_found()} molecules instead of {limit} for {query}")
-        return converting - loading
 
 
 def main():
@@ -119,7 +118,7 @@ def main():
     parser.add_argument("--queries", type=int, default=40)
     args = parser.parse_args()
 
-    ours, rdkit, babel = [], [], []
+    ours, rdkit = [], []
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         molecules, fpbin = folder / "molecules.smi", folder / "x.fpbin"
@@ -146,14 +145,17 @@ def main():
                     rdkit.append(seconds)
                     peers.check_hits(query, found, scores, args.limit)
                 for query in queries if indices else []:
-                    everything, few = (index.search_seconds(smiles[query], args.limit) for index in indices)
-                    babel.append(everything - few)
-    peers.print_times("QXFastFPDatabase", ours, count)
-    peers.print_times("RDKit", rdkit, count)
-    peers.print_ratio("RDKit", rdkit, count, ours, count)
-    if babel:
-        peers.print_times("Open Babel", babel, indices[0].count)
-        peers.print_ratio("Open Babel", babel, indices[0].count, ours, count)
+                    for index in indices:
+                        index.search(smiles[query], args.limit)
+    times = [peers.Times("QXFastFPDatabase", ours, count), peers.Times("RDKit", rdkit, count)]
+    if indices:
+        times.append(peers.Times("Open Babel", indices[0].conversions, indices[0].count))
+        for seconds in (indices[0].loadings, indices[1].conversions):
+            times[-1].subtract(seconds)
+    for each in times:
+        each.print()
+    for peer in times[1:]:
+        times[0].print_ratio(peer)
 
 
 if __name__ == "__main__":
