@@ -37,11 +37,29 @@ struct QXBitCountKernel {
   ///          each query; both: a row of numRecords counts for each query, bothStride counts apart; reaches:
   ///          null when least is, or for each query false when no count of its row reaches least[q], and then
   ///          all of the row may be 0. Any numbers, 0 included; blocks of multiples of 512 records are fastest.
-  /// Cost     O(records (words + bits set in the queries)), no allocation; 132 KiB of stack. Each block of
+  /// Cost     O(records (words + bits set in the queries)), no allocation; 144 KiB of stack. Each block of
   ///          records is transposed once for all queries: below eight of them countAnd is faster.
   void (*countLists)(const QXBitLists& queries, const std::uint64_t* records, std::size_t stride,
                      std::size_t numRecords, const std::uint32_t* least, std::uint32_t* both,
                      std::size_t bothStride, bool* reaches);
+
+  /// Turns a block of at most 512 records on its side: column c, with a bit for each record, says which of them
+  /// have bit c. The bits stand in an order of their own, the same for every kernel, that suits countColumns.
+  /// Shape    records: pointers to numRecords records of numWords words; columns: 64 numWords columns of
+  ///          QXBitLists::columnWords words, stride words apart, 64-byte aligned. Columns of a block that is not
+  ///          full repeat its last record.
+  /// Cost     O(numWords), 6 KiB of stack.
+  void (*makeColumns)(const std::uint64_t* const* records, std::size_t numRecords, std::size_t numWords,
+                      std::uint64_t* columns, std::size_t stride);
+
+  /// Counts the bits that a query shares with each record of a block, from the columns of the query's set bits.
+  /// Counts below `least` may come out as 0; where no record reaches it the result is false and nothing is
+  /// written. Gives up as soon as none can: columns that few records have should come first.
+  /// Shape    columns: as makeColumns made them; bits: which, fewer than 2^16 and a multiple of
+  ///          QXBitLists::padding of them; both: a count for each of at most 512 records.
+  /// Cost     O(bits), no allocation; prefetches columns of the block three blocks further on.
+  bool (*countColumns)(const std::uint64_t* columns, std::size_t stride, std::span<const std::uint16_t> bits,
+                       std::uint32_t least, std::size_t numRecords, std::uint32_t* both);
 
   /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
   void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,

@@ -15,8 +15,10 @@ class QX_API QXBitLists {
  public:
   static constexpr std::size_t sliceWords = 32;
   /// Lists are filled up to a multiple of this many bits, with sliceBits, the number of no bit.
-  static constexpr std::size_t padding = 16;
+  static constexpr std::size_t padding = 8;
   static constexpr std::uint16_t sliceBits = 64 * sliceWords;
+  /// Words of a column, see QXBitCountKernel::makeColumns: one bit for each record of a block.
+  static constexpr std::size_t columnWords = 8;
 
   QXBitLists() = default;
   /// Shape    num vectors of numWords words each, stride words apart.

@@ -19,6 +19,10 @@ using namespace QXTest;
 
 constexpr std::size_t maxWords = 70;
 
+struct alignas(64) Line {
+  std::uint64_t words[8];
+};
+
 std::vector<std::uint64_t> RandomWords(std::size_t numWords, std::mt19937_64& random) {
   std::vector<std::uint64_t> words(numWords);
   for (std::uint64_t& word : words) {
@@ -135,6 +139,49 @@ TEST_P(BitCountKernelTest, CountListsMatchesANaiveCountInEveryShape) {
       for (const std::size_t numRecords : {128, 129, 300, 512, 700}) {
         ExpectListsMatchANaiveCount(GetParam(), numQueries, numRecords, numWords, random);
       }
+    }
+  }
+}
+
+// Columns made by any kernel are counted by any other: they may come from a file.
+TEST_P(BitCountKernelTest, CountColumnsMatchesANaiveCountOnColumnsOfAnotherKernel) {
+  std::mt19937_64 random(5);
+  constexpr std::size_t numWords = 5, numColumns = 64 * numWords, stride = 2 * QXBitLists::columnWords;
+  for (const std::size_t numRecords : {1, 2, 63, 300, 511, 512}) {
+    const std::vector<std::uint64_t> words = RandomWords((numRecords + 1) * numWords, random);
+    std::vector<const std::uint64_t*> records;
+    for (std::size_t i = 0; i < numRecords; ++i) records.push_back(&words[i * numWords]);
+    const auto memory = std::make_unique<Line[]>((numColumns + 1) * stride / 8);
+    std::uint64_t* const columns = memory[0].words;
+    QXGetBitCountKernels().back().makeColumns(records.data(), numRecords, numWords, columns, stride);
+    std::fill_n(columns + numColumns * stride, QXBitLists::columnWords, std::uint64_t{0});
+
+    const std::uint64_t* const query = &words[numRecords * numWords];
+    std::vector<std::uint16_t> bits;
+    for (std::uint16_t bit = 0; bit < numColumns; ++bit) {
+      if ((query[bit / 64] >> bit % 64 & 1) != 0) bits.push_back(bit);
+    }
+    std::ranges::shuffle(bits, random);
+    while (bits.size() % QXBitLists::padding != 0) bits.push_back(numColumns);
+    std::vector<std::uint32_t> expected;
+    for (const std::uint64_t* record : records) {
+      expected.push_back(static_cast<std::uint32_t>(NaiveCountAnd(query, record, numWords)));
+    }
+    const std::uint32_t most = *std::ranges::max_element(expected);
+    for (const std::uint32_t least : {0U, most / 2, most - 1, most, most + 1, 1000U}) {
+      std::vector<std::uint32_t> both(numRecords + 1, 77);
+      const bool isReached = GetParam().countColumns(columns, stride, bits, least, numRecords, both.data());
+      ASSERT_EQ(isReached, least <= most) << numRecords << " records, least " << least;
+      for (std::size_t i = 0; i < numRecords; ++i) {
+        if (!isReached) {
+          ASSERT_EQ(both[i], 77u);
+        } else if (expected[i] >= least) {
+          ASSERT_EQ(both[i], expected[i]) << i << " of " << numRecords << " records, least " << least;
+        } else {
+          ASSERT_TRUE(both[i] == 0 || both[i] == expected[i]);
+        }
+      }
+      ASSERT_EQ(both[numRecords], 77u);
     }
   }
 }

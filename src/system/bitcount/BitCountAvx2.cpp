@@ -71,7 +71,10 @@ using Column [[gnu::vector_size(32)]] = std::uint64_t;
 }  // namespace
 
 QXBitCountKernel GetAvx2Kernel() {
-  return {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Count, CountAnd, CountLists, CountPair};
+  return {"avx2",       [] { return __builtin_cpu_supports("avx2") != 0; },
+          Count,        CountAnd,
+          CountLists,   MakeColumns,
+          CountColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -49,7 +49,7 @@ QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
-  return {"avx512", isSupported, Count, CountAnd, CountLists, CountPair};
+  return {"avx512", isSupported, Count, CountAnd, CountLists, MakeColumns, CountColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -46,8 +46,10 @@ using Column [[gnu::vector_size(16)]] = std::uint64_t;
 }  // namespace
 
 QXBitCountKernel GetPopcntKernel() {
-  return {"popcnt", [] { return __builtin_cpu_supports("popcnt") != 0; }, Count, CountAnd, CountLists,
-          CountPair};
+  return {"popcnt",     [] { return __builtin_cpu_supports("popcnt") != 0; },
+          Count,        CountAnd,
+          CountLists,   MakeColumns,
+          CountColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -79,7 +79,7 @@ using Column = Lanes::Vector;
 }  // namespace
 
 QXBitCountKernel GetPortableKernel() {
-  return {"portable", [] { return true; }, Count, CountAnd, CountLists, CountPair};
+  return {"portable", [] { return true; }, Count, CountAnd, CountLists, MakeColumns, CountColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

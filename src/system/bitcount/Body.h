@@ -1,6 +1,6 @@
 // The loops that all kernels share. A file of one instruction set defines QX_KERNEL_TARGET as the attribute
 // that selects it, then Lanes and Column in an anonymous namespace, and then includes this file there. Column
-// is told of in ColumnPanel.h; of Lanes it needs
+// is told of in Columns.h; of Lanes it needs
 //   Sum                                   running counts, one or several lanes wide; Sum{} is zero
 //   blockWords                            words that AddBlock takes
 //   Sum AddBlock(Sum, query, record)      adds the counts of query AND record over blockWords words
@@ -13,7 +13,7 @@
 // each cache line is asked for prefetchBytes before it is read. That is further than a record is long; the
 // requests past the end of the block are harmless, since a prefetch never faults.
 
-#include "system/bitcount/ColumnPanel.h"
+#include "system/bitcount/Columns.h"
 
 #include "system/bitcount/ColumnCounts.h"
 
@@ -54,6 +54,33 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
+// Counts by piece, or adds to what is there. Nothing is written unless a piece reaches the least.
+template <bool isStreaming>
+QX_KERNEL_TARGET inline bool CountBlock(const std::uint64_t* columns, std::size_t stride,
+                                        std::span<const std::uint16_t> bits, std::uint32_t least,
+                                        std::size_t numRecords, std::uint32_t* both, bool isAdding) {
+  ColumnCounts counts[numPieces];
+  bool isReached = false;
+  for (std::size_t piece = 0; piece < numPieces; ++piece) {
+    isReached |= counts[piece].Add<isStreaming>(columns + piece * pieceLanes, stride, bits, least);
+  }
+  if (!isReached) return false;
+  for (std::size_t piece = 0; piece < numPieces; ++piece)
+    counts[piece].Write(both, piece, numRecords, isAdding);
+  return true;
+}
+
+QX_KERNEL_TARGET bool CountColumns(const std::uint64_t* columns, std::size_t stride,
+                                   std::span<const std::uint16_t> bits, std::uint32_t least,
+                                   std::size_t numRecords, std::uint32_t* both) {
+  return CountBlock<true>(columns, stride, bits, least, numRecords, both, false);
+}
+
+// The columns of a block of records and a slice of the fingerprint, then the empty one that padding names.
+struct ColumnPanel {
+  alignas(64) std::uint64_t columns[QXBitLists::sliceBits + 1][QXBitLists::columnWords];
+};
+
 QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t* records, std::size_t stride,
                                  std::size_t numRecords, const std::uint32_t* least, std::uint32_t* both,
                                  std::size_t bothStride, bool* reaches) {
@@ -64,19 +91,20 @@ QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t*
     if (reaches) reaches[q] = !least;
   }
   ColumnPanel panel;
-  for (std::size_t begin = 0; begin < numRecords; begin += ColumnPanel::numRecords) {
-    const std::size_t size = std::min(ColumnPanel::numRecords, numRecords - begin);
+  std::fill_n(panel.columns[QXBitLists::sliceBits], QXBitLists::columnWords, std::uint64_t{0});
+  for (std::size_t begin = 0; begin < numRecords; begin += columnRecords) {
+    const std::size_t size = std::min(columnRecords, numRecords - begin);
     for (std::size_t slice = 0; slice < numSlices; ++slice) {
       const std::size_t word = slice * QXBitLists::sliceWords;
-      panel.Fill(records + begin * stride + word, stride, size,
-                 std::min(QXBitLists::sliceWords, queries.NumWords() - word));
+      const std::uint64_t* rows[columnRecords];
+      for (std::size_t i = 0; i < size; ++i) rows[i] = records + (begin + i) * stride + word;
+      MakeColumns(rows, size, std::min(QXBitLists::sliceWords, queries.NumWords() - word), panel.columns[0],
+                  QXBitLists::columnWords);
       for (std::size_t q = 0; q < queries.NumVectors(); ++q) {
-        const ColumnCounts counts(panel, queries.Bits(q, slice));
-        if (least) {
-          if (!counts.Reach(least[q])) continue;
-          reaches[q] = true;
-        }
-        counts.Write(both + q * bothStride + begin, size, slice != 0);
+        const bool isReached =
+            CountBlock<false>(panel.columns[0], QXBitLists::columnWords, queries.Bits(q, slice),
+                              least ? least[q] : 0, size, both + q * bothStride + begin, slice != 0);
+        if (least && isReached) reaches[q] = true;
       }
     }
   }
