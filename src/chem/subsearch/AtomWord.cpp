@@ -28,18 +28,6 @@ constexpr std::array<std::uint8_t, numElements> MakeBins(bool aromatic) {
 constexpr std::array<std::array<std::uint8_t, numElements>, 2> elementBins = {MakeBins(false),
                                                                               MakeBins(true)};
 
-constexpr std::array<std::uint64_t, numElementBins> lacksMetByNeighbor = [] {
-  std::array<std::uint64_t, numElementBins> lacks{};
-  lacks.fill(lacksHetero);
-  lacks[binH] = 0;
-  lacks[binC] = lacks[binAromaticC] = lacksCarbon;
-  lacks[binN] = lacks[binAromaticN] = lacksNitrogen | lacksHetero;
-  lacks[binO] = lacks[binAromaticO] = lacksOxygen | lacksHetero;
-  lacks[binS] = lacks[binAromaticS] = lacksSulfur | lacksHetero;
-  lacks[binF] = lacks[binCl] = lacks[binBr] = lacks[binI] = lacksHalogen | lacksHetero;
-  return lacks;
-}();
-
 // Per cent of the atoms, for every value of every field and for every bit that says what is lacking. Only
 // the order in which a pattern is searched depends on them.
 constexpr std::array<std::uint8_t, 63> percentages = {
@@ -69,20 +57,6 @@ double SharePassing(std::uint64_t forbidden, const WordField& field) {
 
 unsigned GetElementBin(unsigned element, bool aromatic) {
   return elementBins[aromatic][element];
-}
-
-std::uint64_t GetLacksMetByNeighbor(unsigned elementBin) {
-  return lacksMetByNeighbor[elementBin];
-}
-
-std::uint64_t GetLacksMetByBond(std::uint16_t bondClass) {
-  std::uint64_t lacks = 0;
-  if (bondClass & InAndOutOfRings(singleBond)) lacks |= lacksSingle;
-  if (bondClass & InAndOutOfRings(doubleBond)) lacks |= lacksDouble;
-  if (bondClass & InAndOutOfRings(tripleBond)) lacks |= lacksTriple;
-  if (bondClass & InAndOutOfRings(aromaticBond)) lacks |= lacksAromatic;
-  if (bondClass & chainBonds) lacks |= lacksChainBond;
-  return lacks;
 }
 
 bool IsImpossible(std::uint64_t forbidden) {

@@ -84,9 +84,32 @@ enum Lack : std::uint64_t {
   allLacks = std::uint64_t{0x7FF} << 52
 };
 
-/// The lacks that a neighbour of this element bin, or a bond of this class, makes good.
-std::uint64_t GetLacksMetByNeighbor(unsigned elementBin);
-std::uint64_t GetLacksMetByBond(std::uint16_t bondClass);
+/// The lacks that a neighbour of this element bin makes good.
+constexpr std::array<std::uint64_t, numElementBins> lacksMetByNeighbor = [] {
+  std::array<std::uint64_t, numElementBins> lacks{};
+  lacks.fill(lacksHetero);
+  lacks[binH] = 0;
+  lacks[binC] = lacks[binAromaticC] = lacksCarbon;
+  lacks[binN] = lacks[binAromaticN] = lacksNitrogen | lacksHetero;
+  lacks[binO] = lacks[binAromaticO] = lacksOxygen | lacksHetero;
+  lacks[binS] = lacks[binAromaticS] = lacksSulfur | lacksHetero;
+  lacks[binF] = lacks[binCl] = lacks[binBr] = lacks[binI] = lacksHalogen | lacksHetero;
+  return lacks;
+}();
+
+/// The lacks that a bond of this class (the position of its bit) makes good.
+constexpr std::array<std::uint64_t, numBondClasses> lacksMetByBond = [] {
+  std::array<std::uint64_t, numBondClasses> lacks{};
+  for (unsigned i = 0; i < numBondClasses; ++i) {
+    const unsigned bondClass = 1U << i;
+    if (bondClass & InAndOutOfRings(singleBond)) lacks[i] |= lacksSingle;
+    if (bondClass & InAndOutOfRings(doubleBond)) lacks[i] |= lacksDouble;
+    if (bondClass & InAndOutOfRings(tripleBond)) lacks[i] |= lacksTriple;
+    if (bondClass & InAndOutOfRings(aromaticBond)) lacks[i] |= lacksAromatic;
+    if (bondClass & chainBonds) lacks[i] |= lacksChainBond;
+  }
+  return lacks;
+}();
 
 /// Whether no atom can pass: some field has all its values forbidden.
 bool IsImpossible(std::uint64_t forbidden);

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "chem/subsearch/AtomWord.h"
+#include "chem/subsearch/PatternSymmetry.h"
 #include "chem/subsearch/SearchOrder.h"
 
 namespace QXChem {
@@ -36,8 +37,8 @@ bool IsRingBond(const Query& query, const std::vector<std::vector<unsigned>>& bo
 // What an atom of a molecule must not lack to have a bond of these classes.
 std::uint64_t GetForbiddenByBond(std::uint16_t classes) {
   std::uint64_t forbidden = allLacks;
-  for (unsigned bondClass = 1; bondClass <= allBonds; bondClass <<= 1) {
-    if (classes & bondClass) forbidden &= GetLacksMetByBond(static_cast<std::uint16_t>(bondClass));
+  for (unsigned i = 0; i < numBondClasses; ++i) {
+    if (classes >> i & 1) forbidden &= lacksMetByBond[i];
   }
   return forbidden;
 }
@@ -46,7 +47,7 @@ std::uint64_t GetForbiddenByBond(std::uint16_t classes) {
 std::uint64_t GetForbiddenByNeighbor(std::uint64_t forbiddenThere) {
   std::uint64_t forbidden = allLacks;
   for (unsigned bin = 0; bin < numElementBins; ++bin) {
-    if ((forbiddenThere >> bin & 1) == 0) forbidden &= GetLacksMetByNeighbor(bin);
+    if ((forbiddenThere >> bin & 1) == 0) forbidden &= lacksMetByNeighbor[bin];
   }
   return forbidden;
 }
@@ -78,6 +79,7 @@ class PatternCompiler {
     CompileBonds();
     CompileAtoms();
     AddSteps();
+    AddBounds();
     AddNeeds();
     NoteQuestions();
     return std::move(pattern_);
@@ -162,6 +164,29 @@ class PatternCompiler {
       depth_[atom] = static_cast<unsigned>(pattern_.steps.size());
       placed[atom] = 1;
       pattern_.steps.push_back(step);
+    }
+  }
+
+  void AddBounds() {
+    if (std::ranges::any_of(query_.bonds, &QueryBond::dative)) return;
+    SymmetryGraph graph;
+    for (unsigned atom = 0; atom < own_.size(); ++atom) {
+      // What is more than a mask is like nothing else; no mask has the highest bit.
+      const bool isMask = own_[atom].kind == AtomTest::Kind::Mask;
+      graph.atoms.push_back(isMask ? own_[atom].forbidden : ~std::uint64_t{atom});
+    }
+    for (unsigned i = 0; i < query_.bonds.size(); ++i) {
+      graph.bonds.push_back({query_.bonds[i].begin, query_.bonds[i].end, classes_[i]});
+    }
+    std::vector<unsigned> order;
+    for (const SearchStep& step : pattern_.steps) order.push_back(step.atom);
+    const auto bounds = GetSymmetryBounds(graph, order, fixedRoot_);
+    for (SearchStep& step : pattern_.steps) {
+      step.firstBound = static_cast<unsigned>(pattern_.bounds.size());
+      for (const auto& [first, second] : bounds) {
+        if (second == step.atom) pattern_.bounds.push_back(depth_[first]);
+      }
+      step.numBounds = static_cast<unsigned>(pattern_.bounds.size()) - step.firstBound;
     }
   }
 

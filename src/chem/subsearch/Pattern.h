@@ -26,6 +26,10 @@ struct SearchStep {
   BondStep link = {};           // unless it is a root: the bond along which the atom is found
   unsigned firstClosure = 0;    // further bonds to atoms placed already, in Pattern::closures
   unsigned numClosures = 0;
+  // Depths in Pattern::bounds: unless all matches are wanted, the atom's index must be above the indices of the
+  // atoms placed there.
+  unsigned firstBound = 0;
+  unsigned numBounds = 0;
 };
 
 /// A pattern compiled for searching; never changed afterwards.
@@ -44,6 +48,7 @@ struct Pattern {
   std::vector<Bond> bonds;
   std::vector<SearchStep> steps;
   std::vector<BondStep> closures;
+  std::vector<unsigned> bounds;
   std::vector<AtomTest> tests;
   std::vector<Pattern> recursive;
   // What a molecule must have to be searched at all.

@@ -61,6 +61,7 @@ enum BondClass : std::uint16_t {
   allBonds = 0x3FFF
 };
 constexpr unsigned ringBondShift = 7;
+constexpr unsigned numBondClasses = 2 * ringBondShift;
 
 constexpr std::uint16_t InAndOutOfRings(unsigned types) {
   return static_cast<std::uint16_t>(types | types << ringBondShift);

@@ -8,11 +8,26 @@
 
 namespace QXChem {
 
-void Search::Start(const Pattern& pattern, const Target& target) {
-  pattern_ = &pattern;
-  target_ = &target;
+bool CanMatch(const Pattern& pattern, const Target& target) {
+  if (pattern.numAtoms > target.NumAtoms() || pattern.bonds.size() > target.NumBonds()) return false;
+  for (const std::uint64_t elements : pattern.neededElements) {
+    if ((elements & target.GetPresent()) == 0) return false;
+  }
+  for (const std::uint16_t classes : pattern.neededBonds) {
+    if ((classes & target.GetPresentBonds()) == 0) return false;
+  }
+  for (const Pattern::Need& need : pattern.needs) {
+    const std::uint64_t* words = target.Words();
+    const auto passes = [&](std::uint64_t word) { return (word & need.forbidden) == 0; };
+    if (std::count_if(words, words + target.NumAtoms(), passes) < need.count) return false;
+  }
+  return true;
+}
+
+void Search::Start(const Pattern& pattern, const Target& target, bool all) {
+  all_ = all;
   hasMatch_ = false;
-  isOver_ = !CanMatch();
+  isOver_ = !CanMatch(pattern, target);
   if (!isOver_) StartAt(pattern, target, 0, target.NumAtoms());
 }
 
@@ -28,25 +43,7 @@ void Search::StartAt(const Pattern& pattern, const Target& target, unsigned firs
     if (recursive_.size() < pattern.recursive.size()) recursive_.resize(pattern.recursive.size());
     known_.assign(pattern.recursive.size() * target.NumAtoms(), Known::Nothing);
   }
-  places_[0] = {firstAtom, endAtom, 0};
-}
-
-bool Search::CanMatch() const {
-  const Pattern& pattern = *pattern_;
-  const Target& target = *target_;
-  if (pattern.numAtoms > target.NumAtoms() || pattern.bonds.size() > target.NumBonds()) return false;
-  for (const std::uint64_t elements : pattern.neededElements) {
-    if ((elements & target.GetPresent()) == 0) return false;
-  }
-  for (const std::uint16_t classes : pattern.neededBonds) {
-    if ((classes & target.GetPresentBonds()) == 0) return false;
-  }
-  for (const Pattern::Need& need : pattern.needs) {
-    const std::uint64_t* words = target.Words();
-    const auto passes = [&](std::uint64_t word) { return (word & need.forbidden) == 0; };
-    if (std::count_if(words, words + target.NumAtoms(), passes) < need.count) return false;
-  }
-  return true;
+  places_[0] = {firstAtom, endAtom, 0, 0};
 }
 
 bool Search::Next() {
@@ -74,8 +71,14 @@ bool Search::Next() {
 void Search::Enter(unsigned depth) {
   const SearchStep& step = pattern_->steps[depth];
   Place& place = places_[depth];
+  place.lowest = 0;
+  if (!all_) {
+    for (unsigned i = 0; i < step.numBounds; ++i) {
+      place.lowest = std::max(place.lowest, places_[pattern_->bounds[step.firstBound + i]].atom + 1);
+    }
+  }
   if (step.isRoot) {
-    place.next = 0;
+    place.next = place.lowest;
     place.end = target_->NumAtoms();
     return;
   }
@@ -100,7 +103,7 @@ bool Search::Advance(const SearchStep& step, Place& place) {
   while (place.next < place.end) {
     const Target::Neighbor neighbor = neighbors[place.next++];
     if ((neighbor.bondClass & step.link.classes) == 0 || (words[neighbor.atom] & forbidden) != 0) continue;
-    if (used_[neighbor.atom] || !Takes(step, neighbor.atom)) continue;
+    if (neighbor.atom < place.lowest || used_[neighbor.atom] || !Takes(step, neighbor.atom)) continue;
     if (step.link.dative && !GoesRightWay(step.link, places_[step.link.depth].atom, neighbor.atom)) continue;
     place.atom = neighbor.atom;
     return true;
@@ -157,6 +160,7 @@ bool Search::MatchesRecursive(unsigned recursive, unsigned atom) {
   Known& known = known_[std::size_t{recursive} * target_->NumAtoms() + atom];
   if (known == Known::Nothing) {
     Search& search = recursive_[recursive];
+    search.all_ = false;
     search.StartAt(pattern_->recursive[recursive], *target_, atom, atom + 1);
     known = search.Next() ? Known::Yes : Known::No;
   }

@@ -9,12 +9,17 @@
 
 namespace QXChem {
 
+/// Whether the molecule has the elements and bonds without which there can be no match.
+bool CanMatch(const Pattern& pattern, const Target& target);
+
 /// A search for the matches of a pattern in a molecule, one at a time. It may be used again and allocates
 /// nothing once its buffers are large enough; a copy goes on independently from the same match.
 class Search {
  public:
-  /// Pattern and target must stay; the target knows what the pattern asks of it.
-  void Start(const Pattern& pattern, const Target& target);
+  /// Pattern and target must stay; the target knows what the pattern asks of it. Unless `all` matches are
+  /// wanted, those are left out that a symmetry of the pattern turns into another one: no set of atoms is
+  /// lost.
+  void Start(const Pattern& pattern, const Target& target, bool all);
   /// Finds the next match; false when there is none left.
   bool Next();
 
@@ -26,12 +31,12 @@ class Search {
   struct Place {
     std::uint32_t next;
     std::uint32_t end;
-    std::uint32_t atom;  // the one chosen
+    std::uint32_t lowest;  // index that the atom may have
+    std::uint32_t atom;    // the one chosen
   };
   enum class Known : std::uint8_t { Nothing, No, Yes };
 
   void StartAt(const Pattern& pattern, const Target& target, unsigned firstAtom, unsigned endAtom);
-  bool CanMatch() const;
   void Enter(unsigned depth);
   bool Advance(const SearchStep& step, Place& place);
   bool Takes(const SearchStep& step, unsigned atom);
@@ -44,6 +49,7 @@ class Search {
   const Target* target_ = nullptr;
   bool hasMatch_ = false;
   bool isOver_ = true;
+  bool all_ = true;
   std::vector<Place> places_;    // one for each step
   std::vector<unsigned> atoms_;  // of the match, in the order of the pattern
   std::vector<char> used_;       // atoms chosen, but for the last one

@@ -55,13 +55,40 @@ class RingSearch {
   std::vector<unsigned> queue_;
 };
 
+// The only other ring bond of an atom with two of them, null for an atom with more.
+const QXNeighbor* GetOtherRingBond(const QXMolBase& mol, unsigned atom, unsigned bond) {
+  const QXNeighbor* other = nullptr;
+  for (const QXNeighbor& step : mol.Neighbors(atom)) {
+    if (step.bond == bond || !mol.Bonds()[step.bond].IsInRing()) continue;
+    if (other) return nullptr;
+    other = &step;
+  }
+  return other;
+}
+
+// Atoms between branches of a ring system lie in the same rings.
+void SetAlongChain(const QXMolBase& mol, QXNeighbor step, unsigned size, std::vector<unsigned>& sizes) {
+  while (sizes[step.atom] == 0) {
+    const QXNeighbor* next = GetOtherRingBond(mol, step.atom, step.bond);
+    if (!next) return;
+    sizes[step.atom] = size;
+    step = *next;
+  }
+}
+
 }  // namespace
 
 void GetSmallestRings(const QXMolBase& mol, std::vector<unsigned>& sizes) {
   sizes.assign(mol.NumAtoms(), 0);
   RingSearch search(mol);
   for (const QXAtomBase& atom : mol.Atoms()) {
-    if (atom.IsInRing()) sizes[atom.GetIdx()] = search.Run(atom.GetIdx());
+    const unsigned idx = atom.GetIdx();
+    if (!atom.IsInRing() || sizes[idx] != 0) continue;
+    sizes[idx] = search.Run(idx);
+    for (const QXNeighbor& step : mol.Neighbors(idx)) {
+      if (!mol.Bonds()[step.bond].IsInRing()) continue;
+      if (GetOtherRingBond(mol, idx, step.bond)) SetAlongChain(mol, step, sizes[idx], sizes);
+    }
   }
 }
 

@@ -1,5 +1,7 @@
 #include "QXChem/QXSubSearch.h"
 
+#include <algorithm>
+
 #include "QXSystem/QXErrorHandler.h"
 #include "chem/SmilesGuard.h"
 #include "chem/ThreadScratch.h"
@@ -30,9 +32,13 @@ bool Inform(const Target& target, const Pattern& pattern, std::string& reason) {
 }
 
 bool HasMatch(const Pattern& pattern, const Target& target, std::string& reason) {
-  if (!Inform(target, pattern, reason)) return false;
+  if (!CanMatch(pattern, target) || !Inform(target, pattern, reason)) return false;
+  if (pattern.numAtoms == 1 && !pattern.steps[0].hasTest) {
+    const auto passes = [&](std::uint64_t word) { return (word & pattern.steps[0].forbidden) == 0; };
+    return std::any_of(target.Words(), target.Words() + target.NumAtoms(), passes);
+  }
   ThreadScratch<Search> search(target.GetMol());
-  search->Start(pattern, target);
+  search->Start(pattern, target, false);
   return search->Next();
 }
 

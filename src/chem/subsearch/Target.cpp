@@ -22,11 +22,13 @@ std::uint16_t GetBondClass(const QXBondBase& bond) {
   return static_cast<std::uint16_t>(bond.IsInRing() ? type << ringBondShift : type);
 }
 
-// Without a code of its own the hybridisation is that of a lone s orbital where the atom has no room for
-// more, and otherwise none.
+// An atom without a code has a lone s orbital when it has at most one neighbour, and otherwise none that has a
+// name; neither have thulium, ytterbium and lutetium, whose electrons RDKit counts as so many lone pairs.
 int GetHybridization(const QXAtomBase& atom) {
   if (atom.GetHyb() != 0) return static_cast<int>(atom.GetHyb());
-  const bool isS = atom.GetAtomicNum() != 0 && atom.GetDegree() + atom.GetImplicitHCount() <= 1;
+  const unsigned element = atom.GetAtomicNum();
+  const bool isNamed = element != 0 && (element < 69 || element > 71);
+  const bool isS = isNamed && atom.GetDegree() + atom.GetImplicitHCount() <= 1;
   return isS ? hybridizationS : hybridizationNone;
 }
 
@@ -93,8 +95,8 @@ void Target::FillWords() {
       const Neighbor& neighbor = neighbors_[n];
       numRingBonds += (neighbor.bondClass & ringBonds) != 0;
       const std::uint64_t element = words_[neighbor.atom] & elementField.GetMask();
-      met |= GetLacksMetByNeighbor(static_cast<unsigned>(std::countr_zero(element))) |
-             GetLacksMetByBond(neighbor.bondClass);
+      met |= lacksMetByNeighbor[static_cast<unsigned>(std::countr_zero(element))] |
+             lacksMetByBond[static_cast<unsigned>(std::countr_zero(neighbor.bondClass))];
     }
     words_[i] |= (allLacks & ~met) | ringBondField.GetBit(numRingBonds) |
                  hydrogenField.GetBit(static_cast<int>(atom.GetTotalHCount())) |

@@ -1,0 +1,202 @@
+// Reports, iterators, sharing and hand-made cases; what matches is compared with RDKit in
+// SubSearchAgreementTest.cpp.
+
+#include "QXChem/QXSubSearch.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "QXChem/QXPerception.h"
+#include "Reports.h"
+#include "chem/SharedMolecules.h"
+
+namespace QXChem {
+namespace {
+
+std::vector<std::vector<unsigned>> AllMatches(const std::string& smarts, const QXMolBase& mol, bool unique) {
+  std::vector<std::vector<unsigned>> matches;
+  for (const QXAtomBondSet& match : QXSubSearch(smarts).Match(mol, unique)) {
+    matches.emplace_back(match.Atoms().begin(), match.Atoms().end());
+  }
+  return matches;
+}
+
+TEST(SubSearch, APatternThatCannotBeTakenIsReportedOnceAndNeverMatches) {
+  const struct {
+    std::string smarts;
+    std::string shown;
+    std::string reason;
+  } cases[] = {
+      {"", "", "no SMARTS"},
+      {" C", " C", "no SMARTS"},
+      {std::string("C\0C", 3), "C", "byte 0 is not a SMARTS character at byte 2"},
+      {"C\x80", "C\x80", "byte 128 is not a SMARTS character at byte 2"},
+      {"C(", "C(", "not a SMARTS"},
+      {"(C).(C)", "(C).(C)", "not a SMARTS"},
+      {"[C-200]", "[C-200]", "charge above 99"},
+  };
+  const QXGraphMol mol = FromSmiles("CCO");
+  for (const auto& [smarts, shown, reason] : cases) {
+    const auto use = [&] {
+      const QXSubSearch pattern(smarts);
+      EXPECT_FALSE(pattern.IsValid());
+      EXPECT_EQ(pattern.NumAtoms() + pattern.NumBonds(), 0u);
+      EXPECT_FALSE(pattern.SingleMatch(mol));
+      EXPECT_FALSE(pattern.Match(mol));
+    };
+    const QXTest::Reports expected = {"Warning: QXSubSearch::QXSubSearch() : cannot take pattern '" + shown +
+                                      "' (" + reason + ")!"};
+    EXPECT_EQ(QXTest::ReportsOf(use), expected);
+  }
+  EXPECT_EQ(QXTest::ReportsOf([] { QXSubSearch("C", 1); }),
+            QXTest::Reports{"Warning: QXSubSearch::QXSubSearch() : cannot take pattern 'C' (flags 1 are not "
+                            "supported)!"});
+}
+
+TEST(SubSearch, LongOrDeeplyNestedPatternsAreTakenUpToTheLimitAndThenRefused) {
+  const auto nested = [](unsigned depth) {
+    std::string smarts = "C";
+    for (unsigned i = 0; i < depth; ++i) smarts = "[$(" + smarts + ")]";
+    return smarts;
+  };
+  const auto repeated = [](const std::string& text, unsigned count) {
+    std::string result;
+    for (unsigned i = 0; i < count; ++i) result += text;
+    return result;
+  };
+  const QXGraphMol mol = FromSmiles("CCO");
+  EXPECT_TRUE(QXSubSearch(nested(100)).SingleMatch(mol));
+  EXPECT_TRUE(QXSubSearch("[" + repeated("*", 9998) + "]").SingleMatch(mol));
+  EXPECT_TRUE(QXSubSearch("[" + repeated("N,", 4998) + "C]").SingleMatch(mol));
+  EXPECT_FALSE(QXSubSearch(repeated("*", 10000)).SingleMatch(mol));
+  EXPECT_EQ(QXTest::ReportsOf([&] {
+              EXPECT_FALSE(QXSubSearch(nested(101)));
+              EXPECT_FALSE(QXSubSearch(repeated("*", 10001)));
+            }).size(),
+            2u);
+}
+
+TEST(SubSearch, MatchesListAtomsAndBondsInTheOrderOfThePattern) {
+  const QXGraphMol mol = FromSmiles("OCCN");
+  const QXSubSearch pattern("N-C-C-O some name");
+  EXPECT_EQ(pattern.NumAtoms(), 4u);
+  EXPECT_EQ(pattern.NumBonds(), 3u);
+  const auto matches = pattern.Match(mol);
+  ASSERT_TRUE(matches);
+  EXPECT_TRUE(std::ranges::equal(matches->Atoms(), std::vector<unsigned>{3, 2, 1, 0}));
+  EXPECT_TRUE(std::ranges::equal(matches->Bonds(), std::vector<unsigned>{2, 1, 0}));
+}
+
+TEST(SubSearch, UniqueMatchesAreSetsOfAtoms) {
+  const QXGraphMol ethane = FromSmiles("CC");
+  EXPECT_EQ(AllMatches("CC", ethane, false), (std::vector<std::vector<unsigned>>{{0, 1}, {1, 0}}));
+  EXPECT_EQ(AllMatches("CC", ethane, true), (std::vector<std::vector<unsigned>>{{0, 1}}));
+  const QXGraphMol benzene = FromSmiles("c1ccccc1");
+  EXPECT_EQ(AllMatches("c1ccccc1", benzene, false).size(), 12u);
+  EXPECT_EQ(AllMatches("c1ccccc1", benzene, true).size(), 1u);
+}
+
+TEST(SubSearch, TheSearchGoesNoFurtherThanAsked) {
+  QXGraphMol chain;
+  for (unsigned i = 0; i < 200; ++i) chain.NewAtom(6);
+  for (unsigned i = 1; i < 200; ++i) chain.NewBond(i - 1, i, 1);
+  const QXSubSearchTarget target(chain);
+  // Its sets of atoms could never be listed.
+  auto matches = QXSubSearch("C.C.C.C.C.C.C.C").Match(target, true);
+  for (unsigned i = 0; i < 1000; ++i, ++matches) ASSERT_TRUE(matches);
+}
+
+TEST(SubSearch, CopiesOfAnIteratorGoOnIndependently) {
+  const QXGraphMol mol = FromSmiles("CCCCCC");
+  const QXSubSearch pattern("C[$(CC)]");
+  for (const bool unique : {false, true}) {
+    auto matches = pattern.Match(mol, unique);
+    ++matches;
+    auto copy = matches;
+    std::size_t numLeft = 0;
+    for (; copy; ++copy) ++numLeft;
+    std::size_t numAgain = 0;
+    for (; matches; ++matches) ++numAgain;
+    EXPECT_EQ(numLeft, numAgain);
+    matches.ToFirst();
+    std::size_t numAll = 0;
+    for (; matches; ++matches) ++numAll;
+    EXPECT_EQ(numAll, numAgain + 1);
+  }
+}
+
+TEST(SubSearch, WhatRDKitLeavesOutIsFound) {
+  // It looks at no more than 1,000 matches of a recursive pattern: [$(C.N)] would miss carbons here.
+  const QXGraphMol many = FromSmiles(std::string(60, 'C') + std::string(40, 'N'));
+  EXPECT_EQ(AllMatches("[$(C.N)]", many, true).size(), 60u);
+  // An arrow has a direction, whatever the elements at its ends.
+  const QXGraphMol dative = FromSmiles("[NH3]->[Fe]");
+  EXPECT_EQ(AllMatches("*->*", dative, false), (std::vector<std::vector<unsigned>>{{0, 1}}));
+  EXPECT_EQ(AllMatches("*<-*", dative, false), (std::vector<std::vector<unsigned>>{{1, 0}}));
+}
+
+TEST(SubSearch, AGraphMadeByHandIsPerceivedOnACopy) {
+  QXGraphMol benzene;
+  for (unsigned i = 0; i < 6; ++i) benzene.NewAtom(6)->SetImplicitHCount(1);
+  for (unsigned i = 0; i < 6; ++i) benzene.NewBond(i, (i + 1) % 6, 1 + i % 2);
+  EXPECT_TRUE(QXSubSearch("c1ccccc1").SingleMatch(benzene));
+  EXPECT_FALSE(benzene.IsPerceived(QXPerceived::Rings));
+  EXPECT_EQ(AllMatches("[c;r6;R1;^2]", benzene, true).size(), 6u);
+}
+
+TEST(SubSearch, MoleculesWithoutAtomsMatchNothing) {
+  QXGraphMol mol;
+  QXSubSearchTarget target;
+  const QXSubSearch pattern("*");
+  EXPECT_FALSE(pattern.SingleMatch(mol));
+  EXPECT_FALSE(pattern.SingleMatch(target));
+  mol.Invalidate();
+  EXPECT_FALSE(pattern.SingleMatch(mol));
+  EXPECT_FALSE(pattern.Match(mol));
+}
+
+TEST(SubSearch, RingsThatCannotBeCountedAreReportedAndNotMatched) {
+  QXGraphMol ring;
+  constexpr unsigned size = 20001;
+  for (unsigned i = 0; i < size; ++i) ring.NewAtom(6)->SetImplicitHCount(2);
+  for (unsigned i = 0; i < size; ++i) ring.NewBond(i, (i + 1) % size, 1);
+  for (unsigned i = 0; i < size; ++i) ring.GetAtom(i)->SetAromatic(false);
+  for (unsigned i = 0; i < size; ++i) ring.GetAtom(i)->SetHyb(3);
+  EXPECT_TRUE(QXSubSearch("[r20001]").SingleMatch(ring));
+  const QXTest::Reports expected = {
+      "Warning: QXSubSearch::SingleMatch() : cannot match '[R2]' (too large for ring perception: 1 rings "
+      "among 20001 connected atoms)!"};
+  EXPECT_EQ(QXTest::ReportsOf([&] { EXPECT_FALSE(QXSubSearch("[R2]").SingleMatch(ring)); }), expected);
+}
+
+TEST(SubSearch, OneObjectAndOneTargetServeSeveralThreads) {
+  const QXSubSearch pattern("[$([#6;R1;r6]~[$([#7]~*)])]~*");
+  std::vector<QXGraphMol> mols;
+  std::vector<QXSubSearchTarget> targets;
+  std::vector<std::size_t> expected;
+  std::ifstream stream(QX_SOURCE_DIR "/data/molecules.smi");
+  for (std::string line; mols.size() < 300 && std::getline(stream, line);) mols.push_back(FromSmiles(line));
+  for (const QXGraphMol& mol : mols) {
+    targets.emplace_back(mol);
+    expected.push_back(AllMatches(pattern.GetSmarts(), mol, true).size());
+  }
+  std::atomic<unsigned> numWrong = 0;
+  const auto work = [&] {
+    for (std::size_t i = 0; i < mols.size(); ++i) {
+      std::size_t count = 0;
+      for (auto match = pattern.Match(targets[i], true); match; ++match) ++count;
+      numWrong += count != expected[i];
+      numWrong += pattern.SingleMatch(targets[i]) != (count > 0);
+      numWrong += pattern.SingleMatch(mols[i]) != (count > 0);
+    }
+  };
+  std::vector<std::jthread> threads;
+  for (unsigned i = 0; i < 4; ++i) threads.emplace_back(work);
+  threads.clear();
+  EXPECT_EQ(numWrong, 0u);
+}
+
+}  // namespace
+}  // namespace QXChem
