@@ -14,7 +14,7 @@ namespace {
 struct Lanes {
   // Of our own kind: the attributes that __m256i carries are lost, with a warning, in a template argument.
   using Sum [[gnu::vector_size(32)]] = long long;
-  static constexpr std::size_t blockWords = 8;
+  static constexpr std::size_t blockWords = 16;
 
   QX_KERNEL_TARGET static __m256i Load(const std::uint64_t* words) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words));
@@ -37,19 +37,22 @@ struct Lanes {
     return sum + reinterpret_cast<Sum>(_mm256_sad_epu8(byteCounts, _mm256_setzero_si256()));
   }
 
+  QX_KERNEL_TARGET static __m256i SharedByteCounts(const std::uint64_t* query, const std::uint64_t* record) {
+    return ByteCounts(_mm256_and_si256(Load(query), Load(record)));
+  }
+
   QX_KERNEL_TARGET static Sum AddBlock(Sum sum, const std::uint64_t* query, const std::uint64_t* record) {
-    const __m256i first = ByteCounts(_mm256_and_si256(Load(query), Load(record)));
-    const __m256i second = ByteCounts(_mm256_and_si256(Load(query + 4), Load(record + 4)));
-    return AddBytes(sum, _mm256_add_epi8(first, second));
+    const __m256i low =
+        _mm256_add_epi8(SharedByteCounts(query, record), SharedByteCounts(query + 4, record + 4));
+    const __m256i high =
+        _mm256_add_epi8(SharedByteCounts(query + 8, record + 8), SharedByteCounts(query + 12, record + 12));
+    return AddBytes(sum, _mm256_add_epi8(low, high));
   }
 
   QX_KERNEL_TARGET static Sum AddTail(Sum sum, const std::uint64_t* query, const std::uint64_t* record,
                                       std::size_t numWords) {
-    if (numWords >= 4) {
-      sum = AddBytes(sum, ByteCounts(_mm256_and_si256(Load(query), Load(record))));
-      query += 4;
-      record += 4;
-      numWords -= 4;
+    for (; numWords >= 4; query += 4, record += 4, numWords -= 4) {
+      sum = AddBytes(sum, SharedByteCounts(query, record));
     }
     if (numWords == 0) return sum;
     alignas(32) static constexpr std::uint64_t masks[8] = {~0ull, ~0ull, ~0ull, ~0ull, 0, 0, 0, 0};
