@@ -63,7 +63,7 @@ std::vector<SimScoreIter> FastFPScanImpl::GetSortedScores(std::span<const QXFing
   std::vector<SimScoreIter> scores(fps.size());
   RecordTable records;
   if (!GetRecords(records, caller)) return scores;
-  WithinMemory(caller, [&] {
+  const bool isDone = WithinMemory(caller, [&] {
     std::vector<QueryBits> queries;
     for (const QXFingerPrint* fp : fps) queries.push_back({fp->GetWords(), CountBits(*fp)});
     auto hits = BatchScan(records, queries, options);
@@ -71,6 +71,7 @@ std::vector<SimScoreIter> FastFPScanImpl::GetSortedScores(std::span<const QXFing
       return QXSystem::QXMakeVectorIter(std::move(hitsOfOne));
     });
   });
+  if (!isDone) std::ranges::fill(scores, SimScoreIter());
   return scores;
 }
 
