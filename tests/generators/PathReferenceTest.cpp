@@ -1,49 +1,13 @@
-// Path fingerprints against tests/reference/path_reference.py, which was written from the rules and not from
-// this library, and against bits that it gave once and for all (tests/golden/path_bits.tsv).
-
-#include <gtest/gtest.h>
-
-#include <cstdio>
 #include <filesystem>
-#include <memory>
-#include <sstream>
 
-#include "QXFingrix/QXFPTypeLookup.h"
-#include "QXFingrix/QXFingerPrint.h"
-#include "QXFingrix/QXMakeFP.h"
-#include "generators/Molecules.h"
+#include "generators/ReferenceBits.h"
 
 namespace QXFingrix {
 namespace {
 
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts(1);
-  for (const char c : text) c == separator ? (void)parts.emplace_back() : parts.back().push_back(c);
-  return parts;
-}
+constexpr const char* script = "path_reference.py";
 
-// The set bits joined by commas, "-" for a molecule that cannot be read.
-std::string OnBits(const std::string& smiles, const QXFPTypeBase* type) {
-  QXFingerPrint fp;
-  if (!QXMakeFP(fp, test::ReadSmiles(smiles), type)) return "-";
-  std::string text;
-  for (int bit = fp.FirstBit(); bit >= 0; bit = fp.NextBit(bit)) {
-    if (!text.empty()) text += ',';
-    text += std::to_string(bit);
-  }
-  return text;
-}
-
-// A Python that has the packages which the reference needs; empty when there is none.
-std::string FindPython() {
-  for (const char* const python : {"/usr/bin/python3", "python3"}) {
-    const std::string probe = std::string(python) + " -c 'import numpy, rdkit' 2> /dev/null";
-    if (std::system(probe.c_str()) == 0) return python;
-  }
-  return "";
-}
-
-constexpr const char* referenceTypes[] = {
+const std::vector<const char*> types = {
     "Path,ver=2.0.0,size=4096,bonds=0-5,atype=DefaultPathAtom,btype=DefaultPathBond",
     "Path,ver=2.0.0,size=1000,bonds=1-7,atype=AtmNum|Chiral|HCount,btype=Order|Chiral|InRing",
     "Path,ver=2.0.0,size=1021,bonds=0-4,atype=AtmNum|EqHalo|EqArom|EqHBAcc|EqHBDon|InRing|HCount,btype=Order|"
@@ -54,78 +18,18 @@ constexpr const char* referenceTypes[] = {
     "Path,ver=2.0.0,size=16384,bonds=0-6,atype=AtmNum|Hyb|Arom|EqHBDon,btype=None",
 };
 
-// Runs the reference over a file and compares line by line, as the lines come.
-void CompareWithReference(const std::string& python, const std::string& file, std::size_t limit) {
-  std::string command = python + " " QX_SOURCE_DIR "/tests/reference/path_reference.py --limit " +
-                        std::to_string(limit) + " '" + file + "'";
-  std::vector<const QXFPTypeBase*> types;
-  for (const char* const type : referenceTypes) {
-    command += std::string(" '") + type + "'";
-    types.push_back(QXGetFPType(std::string(type)));
-    ASSERT_NE(types.back(), nullptr) << type;
-  }
-  std::ostringstream output;
-  {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    ASSERT_NE(pipe, nullptr);
-    char buffer[65536];
-    while (const std::size_t n = std::fread(buffer, 1, sizeof buffer, pipe.get())) output.write(buffer, n);
-  }
-  std::istringstream input(output.str());
-  const auto lines = test::ReadSmilesFile(file, limit);
-  std::vector<unsigned> numDifferent(types.size());
-  for (const test::SmilesLine& line : lines) {
-    std::string answer;
-    ASSERT_TRUE(std::getline(input, answer)) << "the reference stopped before " << line.name;
-    const std::vector<std::string> columns = Split(answer, '\t');
-    ASSERT_EQ(columns.size(), types.size() + 1) << answer.substr(0, 200);
-    ASSERT_EQ(columns[0], line.name);
-    for (std::size_t i = 0; i < types.size(); ++i) {
-      const std::string bits = OnBits(line.smiles, types[i]);
-      if (bits == columns[i + 1]) continue;
-      if (++numDifferent[i] > 3) continue;  // the first few say enough
-      EXPECT_EQ(bits, columns[i + 1]) << line.smiles << "\n" << referenceTypes[i];
-    }
-  }
-  EXPECT_EQ(numDifferent, std::vector<unsigned>(types.size()));
-}
-
 TEST(PathReference, BitsAgreeForBundledMolecules) {
-  const std::string python = FindPython();
-  if (python.empty()) GTEST_SKIP() << "no Python with RDKit and NumPy";
-  CompareWithReference(python, QX_SOURCE_DIR "/data/molecules.smi", 300);
+  test::CompareWithReference(script, types, QX_SOURCE_DIR "/data/molecules.smi", 300);
 }
 
 TEST(PathReference, BitsAgreeForFiveThousandDrugLikeMolecules) {
   const std::string file = QX_SHARED_DATA_DIR "/drug_5k.smi";
   if (!std::filesystem::exists(file)) GTEST_SKIP() << "no " << file;
-  const std::string python = FindPython();
-  if (python.empty()) GTEST_SKIP() << "no Python with RDKit and NumPy";
-  CompareWithReference(python, file, 5000);
+  test::CompareWithReference(script, types, file, 5000);
 }
 
-// Columns: name, SMILES, bits under each type named in the header line. Lines starting with '#' are comments.
 TEST(PathReference, BitsAreStillThoseOfTheGoldenFile) {
-  std::ifstream golden(QX_SOURCE_DIR "/tests/golden/path_bits.tsv");
-  ASSERT_TRUE(golden.is_open());
-  std::vector<const QXFPTypeBase*> types;
-  std::size_t numChecked = 0;
-  for (std::string line; std::getline(golden, line);) {
-    if (line.starts_with('#')) continue;
-    const std::vector<std::string> columns = Split(line, '\t');
-    ASSERT_GT(columns.size(), 2u) << line;
-    if (types.empty()) {
-      for (std::size_t i = 2; i < columns.size(); ++i) types.push_back(QXGetFPType(columns[i]));
-      continue;
-    }
-    ASSERT_EQ(columns.size(), types.size() + 2) << line;
-    for (std::size_t i = 0; i < types.size(); ++i) {
-      ASSERT_NE(types[i], nullptr);
-      EXPECT_EQ(OnBits(columns[1], types[i]), columns[i + 2]) << columns[1];
-      ++numChecked;
-    }
-  }
-  EXPECT_GE(numChecked, 150u);
+  test::CompareWithGoldenFile("path_bits.tsv", 150);
 }
 
 }  // namespace
