@@ -17,7 +17,6 @@
 
 #include <algorithm>
 
-#include "generators/FastModulus.h"
 #include "generators/PathPrimes.h"
 
 namespace QXFingrix {
@@ -33,20 +32,6 @@ constexpr std::uint64_t MemberBit(unsigned atom) {
 
 }  // namespace
 
-class HashedPathWalk::Bits {
- public:
-  Bits(std::span<std::uint64_t> words, unsigned hashSize) : words_(words.data()), modulus_(hashSize) {}
-
-  void Set(unsigned id) {
-    const unsigned bit = modulus_(id);
-    words_[bit / 64] |= std::uint64_t{1} << (bit % 64);
-  }
-
- private:
-  std::uint64_t* words_;
-  FastModulus modulus_;
-};
-
 void HashedPathWalk::SetBits(std::span<std::uint64_t> words, unsigned hashSize, const QXChem::QXMolBase& mol,
                              std::span<const unsigned> atomLabels, std::span<const unsigned> bondLabels,
                              unsigned minbonds, unsigned maxbonds) {
@@ -59,7 +44,7 @@ void HashedPathWalk::SetBits(std::span<std::uint64_t> words, unsigned hashSize, 
   }
   if (lastIds_.size() < blockSize + maxSteps_) lastIds_.resize(blockSize + maxSteps_);
   LoadStarts(mol, atomLabels);
-  Bits bits(words, hashSize);
+  HashedBits bits(words, hashSize);
   mol.NumAtoms() > setSize ? Walk<true>(minbonds, maxbonds, bits) : Walk<false>(minbonds, maxbonds, bits);
 }
 
@@ -94,7 +79,7 @@ void HashedPathWalk::LoadStarts(const QXChem::QXMolBase& mol, std::span<const un
 }
 
 template <bool isLarge>
-void HashedPathWalk::Walk(unsigned minbonds, unsigned maxbonds, Bits& bits) {
+void HashedPathWalk::Walk(unsigned minbonds, unsigned maxbonds, HashedBits& bits) {
   const auto setLevel = [&](const Level& level) {
     for (unsigned i = 0; i < level.count; ++i) bits.Set(level.paths[i].id);
   };

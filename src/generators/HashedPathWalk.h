@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "QXChem/QXMolBase.h"
+#include "generators/HashedBits.h"
 #include "generators/StartAtoms.h"
 
 namespace QXFingrix {
@@ -43,13 +44,12 @@ class HashedPathWalk {
     unsigned count = 0;
     unsigned next = 0;  // the first path that has not been extended
   };
-  class Bits;
 
   void LoadSteps(const QXChem::QXMolBase& mol, std::span<const unsigned> atomLabels,
                  std::span<const unsigned> bondLabels);
   void LoadStarts(const QXChem::QXMolBase& mol, std::span<const unsigned> atomLabels);
   template <bool isLarge>
-  void Walk(unsigned minbonds, unsigned maxbonds, Bits& bits);
+  void Walk(unsigned minbonds, unsigned maxbonds, HashedBits& bits);
   template <bool isLarge, class Take>
   unsigned Extend(unsigned depth, Take take);
   bool IsOnPath(unsigned atom, unsigned depth, unsigned place) const;
