@@ -18,7 +18,7 @@ struct Pattern;
 /// RDKit reads the pattern, and what matches is what matches there, with chirality left out (@, / and \ are
 /// read and have no effect): X counts hydrogens that are no atoms of the graph, H all hydrogens, h those that
 /// are no atoms, D the neighbours in the graph; R<n> counts the rings of RDKit's symmetrised smallest set of
-/// smallest rings, r<n> asks for the size of the smallest. Recursive patterns and ranges (D{2-3}) are taken,
+/// smallest rings, r<n> asks for the size of the smallest; v adds up Kekulé orders. Recursive patterns and ranges (D{2-3}) are taken,
 /// parts joined by a dot match anywhere, and parentheses that group parts are refused, as by RDKit. A dative
 /// bond (->) goes from donor to acceptor. White space ends a pattern.
 ///

@@ -91,13 +91,20 @@ bool Agree(const RDKit::ROMol& theirs, const QXSubSearchTarget& ours, const Both
   return found == expected && OurMatches(ours, pattern.ours, true).size() == CountSets(expected);
 }
 
-// Drawn stereo of another shape than a tetrahedron decides the hybridisation, and what a bond of any order
-// does to hydrogens and aromaticity depends on the numbers of the atoms.
+// What a bond of any order does to hydrogens and aromaticity depends on the numbers of the atoms, and a
+// wildcard in an aromatic ring has half bonds for RDKit and whole ones for us.
 bool IsAmbiguous(const std::string& smiles) {
-  for (const char* mark : {"~", "@SP", "@TB", "@OH", "@AL"}) {
+  for (const char* mark : {"~", "1*", ":*", "@SP", "@TB", "@OH", "@AL"}) {
     if (smiles.find(mark) != std::string::npos) return true;
   }
   return false;
+}
+
+// Without the drawn stereo, from which RDKit takes the hybridisation.
+std::string GetPlainSmiles(const std::string& line) {
+  std::string smiles = line.substr(0, line.find_first_of(" \t"));
+  if (!IsAmbiguous(smiles)) std::erase(smiles, '@');
+  return smiles;
 }
 
 // Of each molecule with every third pattern, another third from molecule to molecule.
@@ -106,8 +113,10 @@ void ExpectAgreement(const std::vector<std::string>& lines) {
   const std::vector<BothPatterns> patterns = ReadPatterns();
   std::map<std::string, std::string> differing;  // a molecule for each pattern
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::string smiles = lines[i].substr(0, lines[i].find_first_of(" \t"));
+    const std::string smiles = GetPlainSmiles(lines[i]);
     if (IsAmbiguous(smiles)) continue;
+    constexpr std::size_t longest = 1000;  // RDKit stops after 1,000 matches of a recursive pattern
+    if (smiles.size() > longest) continue;
     RDKit::SmilesParserParams params;
     params.removeHs = false;
     const RDKitMol theirs(RDKit::SmilesToMol(smiles, params));
@@ -138,6 +147,7 @@ INSTANTIATE_TEST_SUITE_P(Files, SubSearchOnFile,
 TEST_P(SubSearchOnFile, MatchesAreThoseOfRDKit) {
   std::vector<std::string> lines = SharedLines(GetParam());
   if (lines.empty()) GTEST_SKIP() << "no " << GetParam() << " in " QX_SHARED_DATA_DIR;
+  lines.resize(std::min<std::size_t>(lines.size(), 800));
   ExpectAgreement(lines);
 }
 
