@@ -17,17 +17,17 @@ struct Pattern;
 ///
 /// RDKit reads the pattern, and what matches is what matches there, with chirality left out (@, / and \ are
 /// read and have no effect): X counts hydrogens that are no atoms of the graph, H all hydrogens, h those that
-/// are no atoms, D the neighbours in the graph; R<n> counts the rings of RDKit's symmetrised smallest set of
-/// smallest rings, r<n> asks for the size of the smallest; v adds up Kekulé orders. Recursive patterns and ranges (D{2-3}) are taken,
-/// parts joined by a dot match anywhere, and parentheses that group parts are refused, as by RDKit. A dative
-/// bond (->) goes from donor to acceptor. White space ends a pattern.
+/// are no atoms, D the neighbours in the graph; v adds up Kekulé orders; R<n> counts the rings of RDKit's
+/// symmetrised smallest set of smallest rings, r<n> asks for the size of the smallest. Recursive patterns and
+/// ranges (D{2-3}) are taken, parts joined by a dot match anywhere, and parentheses that group parts are
+/// refused, as by RDKit. A dative bond (->) goes from donor to acceptor. White space ends a pattern.
 ///
 /// Matching looks at the graph as it is: a pattern sees the hydrogens that are atoms (see
 /// QXSuppressHydrogens).
-/// Errors   the constructor reports one Warning when it cannot take the pattern, one of more than 10,000 bytes
-///          or with more than 100 recursive patterns in each other included; the object is then invalid and
-///          never matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a molecule
-///          whose rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
+/// Errors   the constructor reports one Warning when it cannot take the pattern, one of more than 10,000
+///          bytes or with more than 100 recursive patterns in each other included; the object is then invalid
+///          and never matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a
+///          molecule whose rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
 /// Threads  all methods are safe on one object from several threads. Copies are cheap and share the pattern.
 /// Cost     some hundreds of nanoseconds for a typical pattern and a drug-like molecule, less when an element
 ///          or bond is missing; the worst case of such a search is exponential in the size of the pattern.

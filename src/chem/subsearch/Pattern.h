@@ -26,7 +26,7 @@ struct SearchStep {
   BondStep link = {};           // unless it is a root: the bond along which the atom is found
   unsigned firstClosure = 0;    // further bonds to atoms placed already, in Pattern::closures
   unsigned numClosures = 0;
-  // Depths in Pattern::bounds: unless all matches are wanted, the atom's index must be above the indices of the
+  // Depths in Pattern::bounds: unless all matches are wanted, the index must be above those of the
   // atoms placed there.
   unsigned firstBound = 0;
   unsigned numBounds = 0;
