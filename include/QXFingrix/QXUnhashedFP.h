@@ -36,4 +36,21 @@ QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol
 ///          fingerprint type!", false, fp untouched.
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 
+/// Makes the unhashed tree fingerprint of a molecule: every tree that QXMakeTreeFP would hash, as a readable
+/// token, kept as above. A token is a SMARTS: the text of an atom (see QXFPAtomLabels.h), then its branches in
+/// ascending byte order, each a bond's text and what hangs there, all but the last in parentheses, e.g.
+/// "[#6](-[#7])=[#8]". It starts at the tree's centre; of two centres, at the one whose token comes first.
+/// Shape    0 <= minbonds <= maxbonds <= 10; else as above with the default (0, 4) and the masks 63 and 1.
+/// Errors   as above.
+/// Threads  safe on different fingerprints; mol is only read.
+/// Cost     one copy of mol, some hundred steps for every tree, and the text. Memory is bounded as above.
+/// Source   docs/TreeFingerprint.md
+QX_API bool QXMakeUnhashedTreeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minbonds,
+                                 unsigned maxbonds, unsigned atype, unsigned btype);
+
+/// The same with the parameters of an unhashed tree type, whose masks are taken as they are.
+/// Errors   a null type or one of another kind: the Warning "QXMakeUnhashedTreeFP : invalid unhashed tree
+///          fingerprint type!", false, fp untouched.
+QX_API bool QXMakeUnhashedTreeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
+
 }  // namespace QXFingrix

@@ -5,6 +5,7 @@
 
 #include "QXFingrix/QXLingoFP.h"
 #include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXTreeFP.h"
 #include "QXFingrix/QXUnhashedFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "fingerprint/TypeTable.h"
@@ -28,7 +29,9 @@ constexpr GeneratorRow generators[] = {
     {QXFPType::Path, QXMakePathFP},
     {QXFPType::Lingo, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
                          const QXFPTypeBase*) { return QXMakeLingoFP(fp, mol); }},
+    {QXFPType::Tree, QXMakeTreeFP},
     {QXFPType::UHPath, QXMakeUnhashedPathFP},
+    {QXFPType::UHTree, QXMakeUnhashedTreeFP},
 };
 
 void ReportDeprecatedVS(unsigned type) {

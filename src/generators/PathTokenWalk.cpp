@@ -4,15 +4,6 @@
 
 namespace QXFingrix {
 
-void PathTokenWalk::SpelledLabels::Load(const PrefixCode& code, std::span<const std::string> labels) {
-  first.assign(1, 0);
-  numbers.clear();
-  for (const std::string& label : labels) {
-    code.Spell(label, numbers);
-    first.push_back(numbers.size());
-  }
-}
-
 bool PathTokenWalk::Collect(const QXChem::QXMolBase& mol, std::span<const std::string> atomLabels,
                             std::span<const std::string> bondLabels, unsigned minbonds, unsigned maxbonds,
                             std::size_t maxSize) {

@@ -7,6 +7,7 @@
 
 #include "QXChem/QXMolBase.h"
 #include "generators/PrefixCode.h"
+#include "generators/SpelledLabels.h"
 #include "generators/TokenTree.h"
 
 namespace QXFingrix {
@@ -28,16 +29,6 @@ class PathTokenWalk {
   TokenTree& GetTokens() { return tokens_; }
 
  private:
-  // The numbers of each label in a row: those of label i from first[i] up to first[i + 1].
-  struct SpelledLabels {
-    void Load(const PrefixCode& code, std::span<const std::string> labels);
-    std::span<const unsigned> operator[](unsigned i) const {
-      return {numbers.data() + first[i], numbers.data() + first[i + 1]};
-    }
-
-    std::vector<std::size_t> first;
-    std::vector<unsigned> numbers;
-  };
   struct Limits {
     unsigned minbonds;
     unsigned maxbonds;
