@@ -53,17 +53,22 @@ QX_API void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality);
 /// Cost     one pass over the atoms when there is nothing to do.
 QX_API void QXSuppressHydrogens(QXMolBase& mol);
 
+/// Whether QXSuppressHydrogens takes this atom away.
+QX_API bool QXIsSuppressibleHydrogen(const QXAtomBase& atom);
+
 /// Whether some neighbour (carbon or any other; P and S only when asked for) has a double, triple or aromatic
 /// bond to a third atom. Null: false.
 QX_API bool QXHasAlphaBetaUnsat(const QXAtomBase* atom, bool includePandS);
 
 /// Numbers the connected components 1 to n in the order of their first atoms and returns n; partOfAtom has
-/// one entry per atom.
+/// room for one entry per atom.
+QX_API unsigned QXDetermineComponents(const QXMolBase& mol, unsigned* partOfAtom);
 QX_API unsigned QXDetermineComponents(const QXMolBase& mol, std::vector<unsigned>& partOfAtom);
 
 /// Numbers the aromatic ring systems 1 to n in the order of their first atoms and returns n; systemOfAtom has
-/// one entry per atom, 0 for none. Aromatic rings that share a bond are one system: naphthalene has one,
-/// biphenyl two.
+/// room for one entry per atom, 0 for none. Aromatic rings that share a bond are one system: naphthalene has
+/// one, biphenyl two.
+QX_API unsigned QXDetermineAromaticRingSystems(const QXMolBase& mol, unsigned* systemOfAtom);
 QX_API unsigned QXDetermineAromaticRingSystems(const QXMolBase& mol, std::vector<unsigned>& systemOfAtom);
 
 /// "C" for 6, "*" for 0, an empty text for an unknown number.

@@ -11,7 +11,7 @@ class QXMolBase;
 namespace QXFingrix {
 
 /// Makes the fingerprint of a molecule that a descriptor asks for; the molecule is not changed. So far there
-/// are generators for Path, Tree, Lingo, UHPath and UHTree; MACCS166, Circular and UHCircular have none.
+/// are generators for MACCS166, Path, Tree, Lingo, UHPath and UHTree; Circular and UHCircular have none.
 /// Errors   false, silently and with fp untouched, for a null descriptor and for a kind that has no
 ///          generator; else what the generator answers (false for an invalid molecule). Bad input throws
 ///          nothing; where memory runs out, std::bad_alloc may pass, and fp is then not to be relied on.

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "QXFingrix/QXLingoFP.h"
+#include "QXFingrix/QXMACCSFP.h"
 #include "QXFingrix/QXPathFP.h"
 #include "QXFingrix/QXTreeFP.h"
 #include "QXFingrix/QXUnhashedFP.h"
@@ -26,6 +27,8 @@ struct GeneratorRow {
 
 // The kinds that have a generator.
 constexpr GeneratorRow generators[] = {
+    {QXFPType::MACCS166, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
+                            const QXFPTypeBase*) { return QXMakeMACCS166FP(fp, mol); }},
     {QXFPType::Path, QXMakePathFP},
     {QXFPType::Lingo, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
                          const QXFPTypeBase*) { return QXMakeLingoFP(fp, mol); }},

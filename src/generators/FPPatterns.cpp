@@ -1,0 +1,71 @@
+#include "QXFingrix/QXFPPatterns.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "QXFingrix/QXFPType.h"
+#include "QXFingrix/QXFPTypeBase.h"
+#include "QXSystem/QXErrorHandler.h"
+
+namespace QXFingrix {
+namespace {
+
+using QXChem::QXAtomBondSet;
+using QXChem::QXMolBase;
+using QXSystem::QXIter;
+using QXSystem::QXThrow;
+
+/// The pattern routines of a kind of fingerprint.
+struct PatternRoutines {
+  unsigned code;
+  QXIter<QXFPPattern> (*patterns)(const QXMolBase& mol, const QXFPTypeBase* type);
+  QXIter<QXAtomBondSet> (*coverage)(const QXMolBase& mol, const QXFPTypeBase* type, bool unique);
+  QXIter<QXFPMatch> (*overlap)(const QXMolBase& molA, const QXMolBase& molB, const QXFPTypeBase* type);
+};
+
+constexpr PatternRoutines kinds[] = {
+    {QXFPType::MACCS166, QXGetMACCSFPPatterns, QXGetMACCSFPCoverage, QXGetMACCSFPOverlap},
+};
+
+// Null after a Warning that names the caller.
+const PatternRoutines* FindRoutines(const char* caller, const QXFPTypeBase* type) {
+  if (!type) {
+    QXThrow.Warning("%s : no fingerprint type!", caller);
+    return nullptr;
+  }
+  const auto found = std::ranges::find(kinds, type->GetFPType(), &PatternRoutines::code);
+  if (found != std::end(kinds)) return found;
+  if (type->GetFPType() == QXFPType::Lingo) {
+    QXThrow.Warning("%s is not available for Lingo fingerprint!", caller);
+  } else {
+    QXThrow.Warning("%s is not available for fingerprint type '%s'!", caller,
+                    type->GetFPTypeString().c_str());
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+QXFPMatch QXCombineMatches(const QXAtomBondSet& a, const QXAtomBondSet& b) {
+  if (a.NumAtoms() == b.NumAtoms() && a.NumBonds() == b.NumBonds()) return {a, b};
+  QXThrow.Warning("QXCombineMatches : %u atoms and %u bonds cannot be combined with %u atoms and %u bonds!",
+                  a.NumAtoms(), a.NumBonds(), b.NumAtoms(), b.NumBonds());
+  return {};
+}
+
+QXIter<QXFPPattern> QXGetFPPatterns(const QXMolBase& mol, const QXFPTypeBase* type) {
+  const PatternRoutines* routines = FindRoutines("QXGetFPPatterns", type);
+  return routines ? routines->patterns(mol, type) : QXIter<QXFPPattern>();
+}
+
+QXIter<QXAtomBondSet> QXGetFPCoverage(const QXMolBase& mol, const QXFPTypeBase* type, bool unique) {
+  const PatternRoutines* routines = FindRoutines("QXGetFPCoverage", type);
+  return routines ? routines->coverage(mol, type, unique) : QXIter<QXAtomBondSet>();
+}
+
+QXIter<QXFPMatch> QXGetFPOverlap(const QXMolBase& molA, const QXMolBase& molB, const QXFPTypeBase* type) {
+  const PatternRoutines* routines = FindRoutines("QXGetFPOverlap", type);
+  return routines ? routines->overlap(molA, molB, type) : QXIter<QXFPMatch>();
+}
+
+}  // namespace QXFingrix
