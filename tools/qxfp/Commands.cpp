@@ -10,11 +10,12 @@ extern const Command searchCommand;
 extern const Command matrixCommand;
 extern const Command histogramCommand;
 extern const Command compareCommand;
+extern const Command explainCommand;
 extern const Command fpCommand;
 
 namespace {
 constexpr const Command* kCommands[] = {&createCommand,    &infoCommand,    &searchCommand, &matrixCommand,
-                                        &histogramCommand, &compareCommand, &fpCommand};
+                                        &histogramCommand, &compareCommand, &explainCommand, &fpCommand};
 }
 
 std::span<const Command* const> GetCommands() {
