@@ -8,6 +8,7 @@
 #include "Allocations.h"
 #include "QXFingrix/QXFingerPrint.h"
 #include "QXFingrix/QXPathFP.h"
+#include "QXFingrix/QXTreeFP.h"
 #include "QXFingrix/QXUnhashedFP.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "generators/Graphs.h"
@@ -20,27 +21,32 @@ using QXTest::failAt;
 using QXTest::numAllocations;
 using QXTest::numBytes;
 
+using Maker = bool (*)(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
+
 TEST(PathAllocation, NothingIsAllocatedAfterTheFirstPass) {
   std::vector<QXChem::QXGraphMol> mols;
   for (const test::SmilesLine& line : test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi", 200)) {
     mols.push_back(test::ReadSmiles(line.smiles));
   }
   ASSERT_EQ(mols.size(), 200u);
-  std::size_t inPass[2];
-  std::thread([&] {  // a new one, which has no memory from other tests
-    QXFingerPrint fp;
-    for (std::size_t& count : inPass) {
-      const std::size_t before = numAllocations;
-      for (const QXChem::QXGraphMol& mol : mols) QXMakePathFP(fp, mol);
-      count = numAllocations - before;
-    }
-  })
-      .join();
-  EXPECT_GT(inPass[0], 0u);
-  EXPECT_EQ(inPass[1], 0u);
+  const Maker makers[] = {QXMakePathFP, QXMakeTreeFP, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol) {
+                            return QXMakeTreeFP(fp, mol, 4096, 3, 5, 63, 1);
+                          }};
+  for (const Maker make : makers) {
+    std::size_t inPass[2];
+    std::thread([&] {  // a new one, which has no memory from other tests
+      QXFingerPrint fp;
+      for (std::size_t& count : inPass) {
+        const std::size_t before = numAllocations;
+        for (const QXChem::QXGraphMol& mol : mols) make(fp, mol);
+        count = numAllocations - before;
+      }
+    })
+        .join();
+    EXPECT_GT(inPass[0], 0u);
+    EXPECT_EQ(inPass[1], 0u);
+  }
 }
-
-using Maker = bool (*)(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
 
 void ExpectRightAfterEveryFailure(Maker make, const QXChem::QXMolBase& mol) {
   QXFingerPrint expected;
@@ -72,6 +78,12 @@ TEST(PathAllocation, AFailurePassesThroughAndTheNextCallIsRight) {
   ExpectRightAfterEveryFailure(
       [](QXFingerPrint& fp, const QXChem::QXMolBase& other) {
         return QXMakeUnhashedPathFP(fp, other, 0, 5, 191, 3);
+      },
+      mol);
+  ExpectRightAfterEveryFailure(QXMakeTreeFP, mol);
+  ExpectRightAfterEveryFailure(
+      [](QXFingerPrint& fp, const QXChem::QXMolBase& other) {
+        return QXMakeUnhashedTreeFP(fp, other, 0, 4, 63, 1);
       },
       mol);
 }

@@ -47,14 +47,15 @@ POSITION_WEIGHTS = [0] + [int(w) for w in """
     2633 2671 2693 2719 2749 2791""".split()]
 
 
-class PathType:
+class GraphType:
     """The parameters of a type string such as "Path,ver=2.0.0,size=4096,bonds=0-5,atype=...,btype=..."."""
 
     def __init__(self, text):
         words = text.split(",")
-        keys = dict(word.split("=") for word in words if word != "Path")
+        keys = dict(word.split("=") for word in words[1:])
         self.size = int(keys["size"])
-        self.min_bonds, self.max_bonds = (int(n) for n in keys["bonds"].split("-"))
+        distances = keys["radius"] if "radius" in keys else keys["bonds"]
+        self.min_distance, self.max_distance = (int(n) for n in distances.split("-"))
         self.atom_mask = sum(ATOM_BITS[name] for name in keys["atype"].split("|"))
         self.bond_mask = sum(BOND_BITS[name] for name in keys["btype"].split("|"))
         self.modulus = max(p for p in PRIMES if p <= self.size)
@@ -279,12 +280,12 @@ def rank(keys):
 
 def fingerprints(mol, types):
     graph = Graph(mol)
-    by_length = list(graph.paths(max(t.max_bonds for t in types)))
+    by_length = list(graph.paths(max(t.max_distance for t in types)))
     for t in types:
         atom_labels = np.array([graph.atom_label(i, t) for i in range(graph.num_atoms)], dtype=np.uint64)
         bond_labels = np.array([graph.bond_label(b, t) for b in graph.bonds], dtype=np.uint64)
         bits = set()
-        for length in range(t.min_bonds, t.max_bonds + 1):
+        for length in range(t.min_distance, t.max_distance + 1):
             atoms, bonds = by_length[length]
             if not len(atoms):
                 continue
@@ -310,15 +311,15 @@ def read(smiles):
     return mol
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+def main(description, fingerprints):
+    parser = argparse.ArgumentParser(description=description, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--limit", type=int, default=sys.maxsize, help="stop after this many lines")
     parser.add_argument("--table", action="store_true",
                         help="print a header line, and the SMILES after each name")
     parser.add_argument("molecules")
     parser.add_argument("types", nargs="+")
     options = parser.parse_args()
-    types = [PathType(text) for text in options.types]
+    types = [GraphType(text) for text in options.types]
     RDLogger.DisableLog("rdApp.*")
     if options.table:
         print("name", "SMILES", *options.types, sep="\t")
@@ -337,4 +338,4 @@ def main():
 
 
 if __name__ == "__main__":
-    main()
+    main(__doc__, fingerprints)

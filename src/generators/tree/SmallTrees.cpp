@@ -77,7 +77,7 @@ bool SmallTrees::AroundBond(const QXChem::QXBondBase& bond, unsigned bondLabel, 
   const unsigned a = bond.GetBgnIdx();
   const unsigned b = bond.GetEndIdx();
   record(1, TreeBondId(bondLabel, leafIds_[a], leafIds_[b]));
-  if (maxbonds < 3) return true;
+  if (maxbonds < 3) return !record.HasTooMany();
   for (const Arm& ofA : ArmsOf(a)) {
     if (record.HasTooMany()) return false;
     if (ofA.atom == b) continue;
