@@ -122,6 +122,8 @@ class FingerprintOptionsTest(QxfpCase):
             (["-atomtype", "DefaultTreeAtom"], default.replace("|EqHalo", "")),
             (["-atomtype", "Arom|AtmNum", "-bondtype", "None"],
              "Path,ver=2.0.0,size=4096,bonds=0-5,atype=AtmNum|Arom,btype=None"),
+            (["-fptype", "Tree", "-maxdistance", "6"],
+             "Tree,ver=2.0.0,size=4096,bonds=0-6,atype=AtmNum|Arom|Chiral|FCharge|HvyDeg|Hyb,btype=Order"),
         ]
         for arguments, expected in cases:
             with self.subTest(arguments):
@@ -150,9 +152,10 @@ class FingerprintOptionsTest(QxfpCase):
 
     def test_type_that_a_generator_would_change_is_refused(self):
         self.write("one.smi", b"CCO\n")
-        for part in ("size=8,bonds=0-5", "size=256,bonds=0-30", "size=256,bonds=5-3"):
+        for part in ("Path,ver=2.0.0,size=8,bonds=0-5", "Path,ver=2.0.0,size=256,bonds=0-30",
+                     "Path,ver=2.0.0,size=256,bonds=5-3", "Tree,ver=2.0.0,size=256,bonds=0-11"):
             with self.subTest(part):
-                text = f"Path,ver=2.0.0,{part},atype=AtmNum,btype=Order"
+                text = f"{part},atype=AtmNum,btype=Order"
                 _, errors = self.run_qxfp("create", "one.smi", "one.fpbin", "-type", text, status=CANNOT_RUN)
                 self.assertIn(b"cannot be made", errors)
         self.assertEqual(os.listdir(self.folder), ["one.smi"])
