@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "QXFingrix/QXCircularFP.h"
 #include "QXFingrix/QXLingoFP.h"
 #include "QXFingrix/QXMACCSFP.h"
 #include "QXFingrix/QXPathFP.h"
@@ -25,7 +26,6 @@ struct GeneratorRow {
   bool (*make)(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 };
 
-// The kinds that have a generator.
 constexpr GeneratorRow generators[] = {
     {QXFPType::MACCS166, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
                             const QXFPTypeBase*) { return QXMakeMACCS166FP(fp, mol); }},
@@ -33,7 +33,9 @@ constexpr GeneratorRow generators[] = {
     {QXFPType::Lingo, [](QXFingerPrint& fp, const QXChem::QXMolBase& mol,
                          const QXFPTypeBase*) { return QXMakeLingoFP(fp, mol); }},
     {QXFPType::Tree, QXMakeTreeFP},
+    {QXFPType::Circular, QXMakeCircularFP},
     {QXFPType::UHPath, QXMakeUnhashedPathFP},
+    {QXFPType::UHCircular, QXMakeUnhashedCircularFP},
     {QXFPType::UHTree, QXMakeUnhashedTreeFP},
 };
 

@@ -49,14 +49,13 @@ TEST(MakeFP, ADescriptorIsSentToItsGenerator) {
   EXPECT_EQ(fp.GetFPTypeBase(), unhashed);
 }
 
-TEST(MakeFP, WithoutADescriptorOrAGeneratorItAnswersFalseSilentlyAndTouchesNothing) {
+TEST(MakeFP, WithoutADescriptorOfAKnownKindItAnswersFalseSilentlyAndTouchesNothing) {
   const StrangeType strange;
   QXFingerPrint fp;
   ASSERT_TRUE(QXMakePathFP(fp, Aspirin()));
   const QXFingerPrint before = fp;
-  std::vector<const QXFPTypeBase*> types = {nullptr, &strange};
-  for (const unsigned code : {104, 9001}) types.push_back(QXGetFPType(code, false, 0));
-  for (const QXFPTypeBase* type : types) {
+  for (const QXFPTypeBase* type :
+       {static_cast<const QXFPTypeBase*>(nullptr), static_cast<const QXFPTypeBase*>(&strange)}) {
     EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXMakeFP(fp, Aspirin(), type)); }), silence);
     EXPECT_TRUE(fp == before);
   }
@@ -76,7 +75,7 @@ TEST(MakeFP, EveryEntryPointReportsInItsOwnWords) {
       {102, false, true, {}},
       {102, true, true, {"Info: QXMakeFP: (102) (deprecated)" + useVS}},
       {101, true, true, {}},
-      {104, true, false, {"Warning: QXMakeFP: (104)" + useVS + beingMade}},
+      {104, true, true, {"Warning: QXMakeFP: (104)" + useVS + beingMade}},
       {105, true, true, {"Info: QXMakeFP: (105) (deprecated)" + useVS}},
       {0, false, false, unknown},
       {3, true, false, unknown},
@@ -87,6 +86,8 @@ TEST(MakeFP, EveryEntryPointReportsInItsOwnWords) {
               c.reports);
     if (c.made && c.type == QXFPType::Path) {
       EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, c.vs ? 151 : 191, 3));
+    } else if (c.made && c.type == QXFPType::Circular) {
+      EXPECT_EQ(fp.GetFPTypeBase(), QXGetCircularFPType(8192, 4096, 0, 5, 4231, 1));
     }
   }
   const auto undefined = [](const std::string& code) {
@@ -94,23 +95,25 @@ TEST(MakeFP, EveryEntryPointReportsInItsOwnWords) {
         "Warning: QXGetVSFPType: no VS fingerprint type defined for requested fingerprint type: " + code,
         "Warning: QXMakeVSFP() unknown fingerprint type"};
   };
+  const QXFPTypeBase* const path = QXGetPathFPType(4096, 0, 5, 151, 3);
   const struct {
     unsigned type;
     unsigned version;
     bool made;
+    const QXFPTypeBase* typeAfter;
     Reports reports;
   } vs[] = {
-      {102, 0, true, {}},
-      {104, 2, false, {}},
-      {104, 1, false, {}},
-      {102, 3, false, {"Warning: QXMakeVSFP: unknown vsVersion specified: 3"}},
-      {101, 0, false, undefined("101")},
-      {0, 1, false, undefined("0")},
+      {104, 2, true, QXGetCircularFPType(8192, 4096, 0, 5, 135, 1), {}},
+      {104, 1, true, QXGetCircularFPType(8192, 4096, 0, 5, 4231, 1), {}},
+      {102, 0, true, path, {}},
+      {102, 3, false, path, {"Warning: QXMakeVSFP: unknown vsVersion specified: 3"}},
+      {101, 0, false, path, undefined("101")},
+      {0, 1, false, path, undefined("0")},
   };
   for (const auto& c : vs) {
     EXPECT_EQ(ReportsOf([&] { EXPECT_EQ(QXMakeVSFP(fp, Aspirin(), c.type, c.version), c.made) << c.type; }),
               c.reports);
-    EXPECT_EQ(fp.GetFPTypeBase(), QXGetPathFPType(4096, 0, 5, 151, 3)) << "made by the first, then left";
+    EXPECT_EQ(fp.GetFPTypeBase(), c.typeAfter) << "left as it was where nothing is made";
   }
 }
 
