@@ -18,7 +18,7 @@ class QXFPTypeBase;
 ///          and QXFPBondType, not both 0. Anything else draws one Warning each and is replaced by the default
 ///          (4096, 0, 4; minbonds = maxbonds; masks 63 and 1); the type of fp carries what was used.
 /// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported. More
-///          than 100,000,000 trees of at most maxbonds bonds: the Error "QXMakeTreeFP() : more than 100000000
+///          than 100,000,000 trees of one to maxbonds bonds: the Error "QXMakeTreeFP() : more than 100000000
 ///          trees of at most %u bonds for tree fingerprint!", false, no type, no bit set. No memory:
 ///          std::bad_alloc, and what fp then holds is not to be relied on.
 /// Threads  safe on different fingerprints; mol is only read.

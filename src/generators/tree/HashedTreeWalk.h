@@ -19,7 +19,7 @@ class HashedTreeWalk {
   /// Sets bit (identifier mod hashSize) of `words` for every tree of minbonds to maxbonds bonds.
   /// Shape    words: at least hashSize bits; one label per atom and bond; minbonds <= maxbonds, at most
   ///          maxTreeBonds.
-  /// Returns  false when there are more than maxTrees trees of at most maxbonds bonds; some bits are set then.
+  /// Returns  false when there are more than maxTrees trees of one to maxbonds bonds; some bits are set then.
   bool SetBits(std::span<std::uint64_t> words, unsigned hashSize, const QXChem::QXMolBase& mol,
                std::span<const unsigned> atomLabels, std::span<const unsigned> bondLabels, unsigned minbonds,
                unsigned maxbonds);

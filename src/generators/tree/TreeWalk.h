@@ -34,7 +34,7 @@ class TreeWalk {
   /// Calls visit(std::span<const TreeNode>) for the trees of minbonds to maxbonds bonds, in no order that
   /// means anything, until it answers false.
   /// Shape    minbonds <= maxbonds <= maxTreeBonds.
-  /// Returns  false when a visit did, or when there are more than maxTrees trees of at most maxbonds bonds:
+  /// Returns  false when a visit did, or when there are more than maxTrees trees of one to maxbonds bonds:
   ///          that does not depend on the order of the atoms.
   /// Cost     a step for each tree of at most maxbonds bonds and for each bond that leads out of it.
   template <class Visit>
@@ -81,7 +81,7 @@ bool TreeWalk::Walk(const QXChem::QXMolBase& mol, unsigned minbonds, unsigned ma
   for (const QXChem::QXAtomBase& atom : mol.Atoms()) {
     if (minbonds > 0 || !atom.IsHeavy()) continue;
     nodes_[0] = {atom.GetIdx(), 0, 0};
-    if (numLeft_-- == 0 || !visit(std::span<const TreeNode>(nodes_, 1))) return false;
+    if (!visit(std::span<const TreeNode>(nodes_, 1))) return false;
   }
   if (maxbonds == 0) return true;
   for (const QXChem::QXBondBase& bond : mol.Bonds()) {
