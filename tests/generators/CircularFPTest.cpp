@@ -35,7 +35,8 @@ constexpr const char* types[] = {
 };
 
 TEST(CircularFP, BitsAgreeWithTheReference) {
-  test::CompareWithReference(script, QX_SOURCE_DIR "/data/molecules.smi", 300, types);
+  test::CompareWithReference(script, QX_SOURCE_DIR "/data/molecules.smi", 500, std::span(types).first(1));
+  test::CompareWithReference(script, QX_SOURCE_DIR "/data/molecules.smi", 100, types);
   test::CompareWithReference(script, QX_SOURCE_DIR "/tests/golden/path_molecules.smi", 1000, types);
 }
 

@@ -7,6 +7,8 @@ Every environment is extracted as a set of bonds, whatever has been found before
 from these bonds alone.
 """
 
+import functools
+
 import path_reference
 
 MASK = 0xFFFFFFFF
@@ -16,7 +18,8 @@ def rotate(n, bits):
     return (n << bits | n >> (32 - bits)) & MASK
 
 
-def mix(seed, words):
+@functools.cache
+def mix(seed, *words):
     """MurmurHash3_x86_32 of 32-bit words."""
     h = seed
     for k in words:
@@ -28,13 +31,13 @@ def mix(seed, words):
     return h ^ h >> 16
 
 
-def environment(graph, centre, radius):
-    """The bonds at atoms up to radius - 1 bonds away."""
-    within, bonds = {centre}, set()
-    for _ in range(radius):
-        bonds = {b for atom in within for _, b in graph.neighbors[atom]}
-        within |= {end for b in bonds for end in graph.bonds[b]["ends"]}
-    return frozenset(bonds)
+def environments(graph, centre, max_radius):
+    """For every radius the bonds at atoms up to radius - 1 bonds away."""
+    within, bonds = {centre}, frozenset()
+    for _ in range(max_radius + 1):
+        yield bonds
+        bonds = frozenset(b for atom in within for _, b in graph.neighbors[atom])
+        within = within.union(*(graph.bonds[b]["ends"] for b in bonds))
 
 
 class Identifier:
@@ -56,7 +59,7 @@ class Identifier:
             else:
                 pairs = sorted((self.bond_labels[b], self.of(n, radius - 1)) for n, b in self.steps[atom])
                 words = [self.of(atom, radius - 1)] + [word for pair in pairs for word in pair]
-            self.known[key] = mix(radius, words)
+            self.known[key] = mix(radius, *words)
         return self.known[key]
 
 
@@ -64,11 +67,12 @@ def identifiers(graph, sets, t):
     atom_labels = [graph.atom_label(i, t) for i in range(graph.num_atoms)]
     bond_labels = [graph.bond_label(b, t) for b in graph.bonds]
     if t.min_distance == 0:
-        yield from (mix(0, [label]) for label in atom_labels)
+        yield from (mix(0, label) for label in atom_labels)
     appeared = {frozenset()}
     for radius in range(1, t.max_distance + 1):
         found = {}
-        for atom, bonds in enumerate(sets[radius]):
+        for atom in range(graph.num_atoms):
+            bonds = sets[atom][radius]
             if bonds not in appeared:
                 identifier = Identifier(graph, bonds, atom_labels, bond_labels).of(atom, radius)
                 found.setdefault(bonds, []).append(identifier)
@@ -80,7 +84,7 @@ def identifiers(graph, sets, t):
 def fingerprints(mol, types):
     graph = path_reference.Graph(mol)
     max_radius = max(t.max_distance for t in types)
-    sets = [[environment(graph, atom, r) for atom in range(graph.num_atoms)] for r in range(max_radius + 1)]
+    sets = [list(environments(graph, atom, max_radius)) for atom in range(graph.num_atoms)]
     for t in types:
         yield sorted({identifier % t.modulus for identifier in identifiers(graph, sets, t)})
 

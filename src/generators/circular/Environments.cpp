@@ -130,9 +130,4 @@ std::size_t Environments::FirstSlot(std::uint64_t key) const {
   return static_cast<std::size_t>((key * 0x9e3779b97f4a7c15) >> slotShift_);
 }
 
-std::size_t Environments::GetCapacity() const {
-  return sets_.capacity() * sizeof(BondSet) + slots_.capacity() * sizeof(unsigned) +
-         (masks_.capacity() + nextMasks_.capacity()) * sizeof(std::uint64_t);
-}
-
 }  // namespace QXFingrix

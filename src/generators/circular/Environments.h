@@ -30,9 +30,6 @@ class Environments {
   /// How many environments Grow() has found, numbered from 0.
   unsigned NumFound() const { return static_cast<unsigned>(sets_.size() - firstFound_); }
 
-  /// Bytes that are kept.
-  std::size_t GetCapacity() const;
-
  private:
   // A set of bonds by the centre and the radius at which it appeared.
   struct BondSet {
