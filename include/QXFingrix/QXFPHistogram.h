@@ -30,6 +30,8 @@ class QX_API QXFPHistogram {
   /// Takes a value back without a check: the count of a value that was never added wraps around.
   unsigned RemoveSample(float x);
 
+  /// The count of a bin, 0 when there is no such bin.
+  std::uint64_t GetCount(unsigned bin) const { return bin < counts_.size() ? counts_[bin] : 0; }
   /// Per bin, in order. A count is given modulo 2^32; the density of no samples is not a number.
   QXSystem::QXIter<unsigned> GetCounts() const;
   QXSystem::QXIter<double> GetDensity() const;

@@ -35,7 +35,7 @@ struct QXBitCountKernel {
   /// popcount(query q AND record i). Where `least` is given, counts below least[q] may come out as 0.
   /// Shape    records: numRecords of queries.NumWords() words, as for countAnd; least: null, or one count for
   ///          each query; both: a row of numRecords counts for each query, bothStride counts apart; reaches:
-  ///          null when least is, or for each query false when no count of its row reaches least[q], and then
+  ///          null when least is, or for each query whether a count of its row may reach least[q], and if not
   ///          all of the row may be 0. Any numbers, 0 included; blocks of multiples of 512 records are fastest.
   /// Cost     O(records (words + bits set in the queries)), no allocation; 144 KiB of stack. Each block of
   ///          records is transposed once for all queries: below eight of them countAnd is faster.
@@ -48,7 +48,7 @@ struct QXBitCountKernel {
   /// Shape    records: pointers to numRecords records of numWords words; columns: 64 numWords columns of
   ///          QXBitLists::columnWords words, stride words apart, 64-byte aligned. Columns of a block that is not
   ///          full repeat its last record.
-  /// Cost     O(numWords), 6 KiB of stack.
+  /// Cost     O(numWords), 9 KiB of stack.
   void (*makeColumns)(const std::uint64_t* const* records, std::size_t numRecords, std::size_t numWords,
                       std::uint64_t* columns, std::size_t stride);
 

@@ -39,7 +39,6 @@ class QXHitList {
 
   /// What an offer must beat: the sentinel or, once hits have been cut away, the worst hit kept then.
   const T& GetBar() const { return bar_; }
-  bool IsCut() const { return isCut_; }
 
   std::size_t NumHits() const { return hits_.size(); }
   unsigned GetLimit() const { return limit_; }

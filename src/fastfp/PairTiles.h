@@ -57,7 +57,6 @@ class PairTiles {
       unsigned numScored = 0;
       for (std::uint64_t i = band; i < end; ++i) {
         const std::uint64_t skipped = isSymmetric_ && i > j ? i - j : 0;
-        if (skipped >= size) continue;
         ScoreRow(i, &shared_[(i - band) * tileRecords]);
         take(i, j + skipped, std::span<const double>(scores_).subspan(skipped, size - skipped));
         numScored += static_cast<unsigned>(size - skipped);

@@ -14,7 +14,7 @@ namespace QXFingrix {
 /// One thread's search for the best scores: scans ranges of records into a hit list of its own.
 class SortedScan {
  public:
-  /// What is passed is referred to and must outlive the scan.
+  /// The query's words and the hits are referred to and must outlive the scan.
   SortedScan(const RecordTable& records, const QueryBits& query, const QXFPDatabaseOptions& options,
              QXFPDatabaseHitList& hits)
       : records_(records),
@@ -30,10 +30,10 @@ class SortedScan {
   /// The same, and counts the score of every record.
   void Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram);
 
-  /// For somebody else who counts shared bits: no record of at least minBitCount bits becomes a hit with fewer
-  /// of them than this.
+  /// For callers that count shared bits themselves: no record of at least minBitCount bits becomes a hit with
+  /// fewer of them than this.
   std::uint32_t LeastShared(float minBitCount);
-  /// Offers the records of a block that he has counted.
+  /// Offers the records of a block that they have counted.
   void Take(const std::uint64_t* first, std::uint32_t size, const float* bitCounts,
             const std::uint32_t* shared);
 

@@ -17,6 +17,14 @@ constexpr std::uint64_t maxBits = 65536;
 constexpr double relativeMargin = 1e-6;
 constexpr double absoluteMargin = 0.5;
 
+// Larger bars than any sensible score, such as the first of an ascending search, are left to exact scoring:
+// their bounds overflow.
+constexpr double maxBar = 1e9;
+
+bool IsFraction(double coefficient) {
+  return coefficient >= 0.0 && coefficient <= 1.0;
+}
+
 }  // namespace
 
 CandidateFilter::CandidateFilter(const Search& search, std::uint64_t numBits, std::uint64_t queryBits)
@@ -29,13 +37,13 @@ CandidateFilter::CandidateFilter(const Search& search, std::uint64_t numBits, st
   PassEverything();
 }
 
-// For scores that are above 0 by the formulas, and for bars above 0, the denominators are positive, so that
-// multiplying by them keeps the order.
+// A score above 0 has a positive denominator, so that multiplying by it keeps the order. Bars below 0 are left
+// to exact scoring, except for Manhattan, whose denominator is a constant.
 void CandidateFilter::Solve(double bar) {
   bar_ = bar;
   PassEverything();
   const bool isDistance = search_.measure == QXSimMeasure::Manhattan;
-  if (!std::isfinite(bar) || (bar < 0.0 && !isDistance) || numBits_ > maxBits) return;
+  if (!(std::abs(bar) <= maxBar) || (bar < 0.0 && !isDistance) || numBits_ > maxBits) return;
   switch (search_.measure) {
     case QXSimMeasure::Tanimoto: {
       const double slope = bar / (1.0 + bar);
@@ -54,9 +62,10 @@ void CandidateFilter::Solve(double bar) {
       slope_ = static_cast<float>(bar * bar * queryBits_ * (1.0 - 16 * relativeMargin));
       return;
     case QXSimMeasure::Tversky: {
-      // Nor here, where the denominator may be 0 or, with coefficients of the user's own, negative.
+      // Nor here, where the denominator may be 0 or, with coefficients of the user's own,
+      // anything.
       const double gain = 1.0 - bar * (1.0 - search_.alpha - search_.beta);
-      const bool isSolvable = search_.alpha >= 0.0 && search_.beta >= 0.0 && gain > relativeMargin;
+      const bool isSolvable = IsFraction(search_.alpha) && IsFraction(search_.beta) && gain > relativeMargin;
       if (!WantsMany() || !isSolvable) return;
       return SetBound(bar * search_.alpha * queryBits_ / gain, bar * search_.beta / gain, 1.0 / gain);
     }

@@ -143,27 +143,6 @@ TEST(FPDatabase, AgreesOnManySmallFingerprints) {
   }
 }
 
-// What the search takes for granted when it skips entries unscored.
-TEST(FPDatabase, RoundingsMakeTverskyFallByLessThanTheSlack) {
-  bool hasFallen = false;
-  for (int a = 1; a <= 40; ++a) {
-    for (int b = 1; b <= 40; ++b) {
-      const float alpha = std::ldexp(0.999F, -a);
-      const float beta = std::ldexp(0.999F, -b);
-      const BitScorer score(MeasureFormula(QXSimMeasure::Tversky, alpha, beta), 4096, 1500);
-      float largest = 0;
-      for (unsigned shared = 0; shared <= 1400; ++shared) {
-        const float x = score(1400, shared);
-        ASSERT_GE(double{x}, double{largest} * (1 - BitScorer::slack))
-            << alpha << ' ' << beta << ' ' << shared;
-        hasFallen |= x < largest;
-        largest = std::max(largest, x);
-      }
-    }
-  }
-  EXPECT_TRUE(hasFallen);
-}
-
 TEST(FPDatabase, ScoresFingerprintsOfOtherSizesAsTheMeasureDoes) {
   QXFPDatabase database(QXFPType::Path);
   auto fps = MoleculeFPs(database.GetFPTypeBase(), 40);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -25,7 +26,7 @@ class CandidateFilterTest : public testing::TestWithParam<unsigned> {
  protected:
   std::uint64_t Below(std::uint64_t end) { return random_() % end; }
   float Coefficient() {
-    constexpr float ends[] = {0.0F, 1.0F, 1e-7F, 0.95F};
+    const float ends[] = {0.0F, 1.0F, 0.95F, std::ldexp(0.999F, -static_cast<int>(Below(60)))};
     return Below(2) == 0 ? ends[Below(4)] : static_cast<float>(Below(1001)) / 1000.0F;
   }
   Case RandomCase() {
@@ -44,8 +45,14 @@ bool Reaches(double score, double bar, bool descending) {
 // Bars are the scores of records, so that ties are frequent, or whatever a user may ask for. Every third record
 // is as a damaged file may have it: its bit count says anything.
 TEST_P(CandidateFilterTest, WhatReachesTheBarPasses) {
-  constexpr double oddBars[] = {
-      0.0, 1.0, -0.5, 1.5, std::numeric_limits<double>::min(), 1e30, std::numeric_limits<double>::infinity()};
+  constexpr double oddBars[] = {0.0,
+                                1.0,
+                                -0.5,
+                                1.5,
+                                std::numeric_limits<double>::min(),
+                                1e30,
+                                std::numeric_limits<double>::max(),
+                                std::numeric_limits<double>::infinity()};
   unsigned numReaching = 0;
   for (int round = 0; round < 40'000; ++round) {
     const Case c = RandomCase();
@@ -61,7 +68,7 @@ TEST_P(CandidateFilterTest, WhatReachesTheBarPasses) {
     const double bar = Below(4) == 0 ? oddBars[Below(std::size(oddBars))]
                                      : exact(std::min(bits + Below(3), c.numBits), shared + Below(2));
     const bool isDamaged = Below(3) == 0;
-    if (isDamaged) bits = Below(2) == 0 ? Below(c.numBits) : random_();
+    if (isDamaged) bits = Below(2) == 0 ? Below(c.numBits) : Below(2) == 0 ? 0 : random_();
     CandidateFilter filter(c.search, c.numBits, c.queryBits);
     filter.SetBar(bar);
     const bool reaches = Reaches(exact(bits, shared), bar, c.search.descending) ||

@@ -68,10 +68,8 @@ TEST(HitListTest, BarIsTheSentinelUntilACutThenTheWorstKept) {
   HitList list(2, IsBigger, IsEarlier, sentinel);
   EXPECT_FALSE(list.AddHit({0, 0.5}));
   for (unsigned i = 0; i < 4; ++i) EXPECT_TRUE(list.AddHit({i, 0.6 + 0.1 * i}));
-  EXPECT_FALSE(list.IsCut());
   EXPECT_EQ(list.GetBar(), sentinel);
   EXPECT_TRUE(list.AddHit({4, 0.55}));  // the fifth: more than twice the limit
-  EXPECT_TRUE(list.IsCut());
   EXPECT_EQ(list.NumHits(), 2u);
   EXPECT_EQ(list.GetBar(), (Hit{2, 0.6 + 0.1 * 2}));
   EXPECT_FALSE(list.AddHit({9, 0.6 + 0.1 * 2}));  // as good but later

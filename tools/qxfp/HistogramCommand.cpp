@@ -77,10 +77,9 @@ void WriteHistogram(const QXFPHistogram& histogram, unsigned precision, RowForm 
   const auto numSamples = static_cast<double>(histogram.NumSamples());
   std::vector<double> edges = ToVector(histogram.GetBinBoundaries());
   edges.push_back(histogram.GetMax());
-  const std::vector<double> fractions = ToVector(histogram.GetDensity());
-  std::vector<double> counts;  // those that the library gives wrap at 2^32, the fractions do not
-  for (const double fraction : fractions) {
-    counts.push_back(numSamples > 0 ? std::round(fraction * numSamples) : 0.0);
+  std::vector<double> counts;
+  for (unsigned bin = 0; bin < histogram.GetNumBins(); ++bin) {
+    counts.push_back(static_cast<double>(histogram.GetCount(bin)));
   }
   const double highest = std::max(*std::ranges::max_element(counts), 1.0);
 
@@ -91,14 +90,14 @@ void WriteHistogram(const QXFPHistogram& histogram, unsigned precision, RowForm 
   for (std::size_t bin = 0; bin < counts.size(); ++bin) {
     std::vector<std::string> cells = {FormatFixed(edges[bin], precision),
                                       FormatFixed(edges[bin + 1], precision), FormatFixed(counts[bin], 0),
-                                      FormatFixed(fractions[bin], precision)};
+                                      FormatFixed(counts[bin] / std::max(numSamples, 1.0), precision)};
     // Rounded up, so that whatever is there shows.
     const double length = std::ceil(kBarWidth * counts[bin] / highest);
     if (hasBars) cells.emplace_back(static_cast<std::size_t>(length), '#');
     writer->Write(std::move(cells));
   }
   writer->Close();
-  if (!hasBars) return;
+  if (!hasBars || numSamples == 0.0) return;
   Print("\n" + FormatFixed(numSamples, 0) + " scores; by the centers of the bins, mean " +
         FormatFixed(histogram.Mean(), precision) + ", standard deviation " +
         FormatFixed(histogram.Std(), precision) + "\n");

@@ -124,7 +124,7 @@ extern const Command matrixCommand = {
     "The rows are ordered by i, then best first, equal scores by lower j. A record is not its own\n"
     "neighbour; others with the same fingerprint are. With Tversky i is the query. Of the pairs that\n"
     "-cutoff excludes there are none; a score equal to it passes. Scores of 0 are listed. All\n"
-    "neighbours are kept in memory, 12 bytes each, before the first is written.\n",
+    "neighbours are kept in memory, up to 20 bytes each, before the first is written.\n",
     Configure,
     Run};
 

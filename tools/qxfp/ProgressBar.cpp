@@ -49,7 +49,7 @@ std::unique_ptr<QXSystem::QXDots> ProgressBar::CreateCopy() const {
 }
 
 void ProgressBar::Update(unsigned n) {
-  done_ += n;
+  QXDots::Update(n);
   const auto now = Clock::now();
   if (now - lastDrawn_ < kRedrawInterval) return;
   lastDrawn_ = now;
@@ -62,12 +62,12 @@ void ProgressBar::Total() {
 
 void ProgressBar::Draw(Clock::time_point now) const {
   const double seconds = std::chrono::duration<double>(now - start_).count();
-  const double rate = static_cast<double>(done_) / seconds;
-  const double share = total_ > 0 ? static_cast<double>(done_) / static_cast<double>(total_) : 1.0;
+  const double rate = static_cast<double>(GetCount()) / seconds;
+  const double share = total_ > 0 ? static_cast<double>(GetCount()) / static_cast<double>(total_) : 1.0;
   char figures[160];
   std::snprintf(figures, sizeof figures, "%3.0f %%  %llu of %llu %s  %.0f/s  %s left", 100.0 * share,
-                static_cast<unsigned long long>(done_), static_cast<unsigned long long>(total_), noun_, rate,
-                Duration(static_cast<double>(total_ - done_) / rate).c_str());
+                static_cast<unsigned long long>(GetCount()), static_cast<unsigned long long>(total_), noun_,
+                rate, Duration(static_cast<double>(total_ - GetCount()) / rate).c_str());
   std::string line = figures;
   const std::size_t columns = TerminalColumns();
   const std::size_t besideBar = line.size() + 4;  // brackets, a blank, and the last column left free

@@ -27,7 +27,6 @@ class ProgressBar final : public QXSystem::QXDots {
 
   std::uint64_t total_;
   const char* noun_;
-  std::uint64_t done_ = 0;
   Clock::time_point start_;
   Clock::time_point lastDrawn_;
 };

@@ -14,7 +14,7 @@
 // requests past the end of the block are harmless, since a prefetch never faults.
 
 #include "system/bitcount/Columns.h"
-
+// Needs the one above, and so stands apart from it.
 #include "system/bitcount/ColumnCounts.h"
 
 constexpr std::uintptr_t prefetchBytes = 6144;
