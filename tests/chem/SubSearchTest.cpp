@@ -23,6 +23,12 @@ std::vector<std::vector<unsigned>> AllMatches(const std::string& smarts, const Q
   return matches;
 }
 
+std::string Repeated(const std::string& text, unsigned count) {
+  std::string result;
+  for (unsigned i = 0; i < count; ++i) result += text;
+  return result;
+}
+
 TEST(SubSearch, APatternThatCannotBeTakenIsReportedOnceAndNeverMatches) {
   const struct {
     std::string smarts;
@@ -61,21 +67,50 @@ TEST(SubSearch, LongOrDeeplyNestedPatternsAreTakenUpToTheLimitAndThenRefused) {
     for (unsigned i = 0; i < depth; ++i) smarts = "[$(" + smarts + ")]";
     return smarts;
   };
-  const auto repeated = [](const std::string& text, unsigned count) {
-    std::string result;
-    for (unsigned i = 0; i < count; ++i) result += text;
-    return result;
-  };
   const QXGraphMol mol = FromSmiles("CCO");
   EXPECT_TRUE(QXSubSearch(nested(100)).SingleMatch(mol));
-  EXPECT_TRUE(QXSubSearch("[" + repeated("*", 9998) + "]").SingleMatch(mol));
-  EXPECT_TRUE(QXSubSearch("[" + repeated("N,", 4998) + "C]").SingleMatch(mol));
-  EXPECT_FALSE(QXSubSearch(repeated("*", 10000)).SingleMatch(mol));
+  EXPECT_TRUE(QXSubSearch("[" + Repeated("*", 9998) + "]").SingleMatch(mol));
+  EXPECT_TRUE(QXSubSearch("[" + Repeated("N,", 4998) + "C]").SingleMatch(mol));
+  EXPECT_FALSE(QXSubSearch(Repeated("*", 10000)).SingleMatch(mol));
   EXPECT_EQ(QXTest::ReportsOf([&] {
               EXPECT_FALSE(QXSubSearch(nested(101)));
-              EXPECT_FALSE(QXSubSearch(repeated("*", 10001)));
+              EXPECT_FALSE(QXSubSearch(Repeated("*", 10001)));
             }).size(),
             2u);
+}
+
+// What once took longer than anyone waits: the promise is that these end.
+TEST(SubSearch, PatternsThatAreNearlySymmetricAreCompiled) {
+  const struct {
+    std::string smarts;
+    std::string found;
+    std::string notFound;
+  } cases[] = {
+      {Repeated("*.", 11) + "*~*", Repeated("C.", 11) + "CC", Repeated("C.", 10) + "CC"},
+      {Repeated("*.", 14) + "*~*", Repeated("C.", 14) + "CC", Repeated("C.", 16) + "C"},
+      {Repeated("[#6].", 10) + "[#6]~[#6]", std::string(12, 'C'), std::string(11, 'C') + "OO"},
+      {Repeated("[#8].", 11) + "[#8]~*", Repeated("O.", 11) + "CO", Repeated("O.", 10) + "CO"},
+      {"*" + Repeated("(~*)", 12) + "~*~*", "[U]" + Repeated("(C)", 12) + "CC", "[U]" + Repeated("(C)", 14)},
+      {Repeated("*.", 15) + "*", std::string(16, 'C'), std::string(15, 'C')},
+  };
+  for (const auto& [smarts, found, notFound] : cases) {
+    const QXSubSearch pattern(smarts);
+    EXPECT_TRUE(pattern.SingleMatch(FromSmiles(found))) << smarts;
+    EXPECT_FALSE(pattern.SingleMatch(FromSmiles(notFound))) << smarts;
+  }
+}
+
+TEST(SubSearch, RecursivePatternsInEachOtherCostNoMoreThanBesideEachOther) {
+  const QXGraphMol fullerene = FromSmiles(
+      "c12c3c4c5c1c1c6c7c2c2c8c3c3c9c4c4c%10c5c5c1c1c6c6c%11c7c2c2c7c8c3c3c8c9c4c4c9c%10c5c5c1c1c6c6c%"
+      "11c2c2c7c3"
+      "c3c8c4c4c9c5c1c1c6c2c3c41");
+  ASSERT_EQ(fullerene.NumAtoms(), 60u);
+  for (const bool hasEnd : {false, true}) {
+    std::string smarts = hasEnd ? "[C,c]" : "[*+7]";
+    for (unsigned depth = 0; depth < 30; ++depth) smarts = "[$(*~[!$(*~[+6])]~" + smarts + ")]";
+    EXPECT_EQ(AllMatches(smarts, fullerene, true).size(), hasEnd ? 60u : 0u);
+  }
 }
 
 TEST(SubSearch, MatchesListAtomsAndBondsInTheOrderOfThePattern) {

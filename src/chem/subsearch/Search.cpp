@@ -1,6 +1,7 @@
 // Backtracking over the steps of a pattern. An atom comes into question when its word has none of the
 // forbidden bits, which costs one instruction; bonds to atoms placed earlier are checked at once. What a
-// recursive pattern says about an atom is found when first asked and kept for the search.
+// recursive pattern says about an atom does not depend on where it is asked: it is found when first asked and
+// kept for the whole search, so that patterns in each other cost no more than patterns beside each other.
 
 #include "chem/subsearch/Search.h"
 
@@ -25,25 +26,37 @@ bool CanMatch(const Pattern& pattern, const Target& target) {
 }
 
 void Search::Start(const Pattern& pattern, const Target& target, bool all) {
-  all_ = all;
+  isPrepared_ = false;
   hasMatch_ = false;
   isOver_ = !CanMatch(pattern, target);
-  if (!isOver_) StartAt(pattern, target, 0, target.NumAtoms());
+  if (isOver_) return;
+  Prepare(pattern, target, all);
+  StartAt(0, target.NumAtoms());
 }
 
-// The first step's atom is one of firstAtom up to endAtom.
-void Search::StartAt(const Pattern& pattern, const Target& target, unsigned firstAtom, unsigned endAtom) {
+void Search::Prepare(const Pattern& pattern, const Target& target, bool all) {
   pattern_ = &pattern;
   target_ = &target;
+  all_ = all;
   hasMatch_ = false;
-  isOver_ = false;
   used_.assign(target.NumAtoms(), 0);
   if (places_.size() < pattern.steps.size()) places_.resize(pattern.steps.size());
   if (!pattern.recursive.empty()) {
     if (recursive_.size() < pattern.recursive.size()) recursive_.resize(pattern.recursive.size());
+    for (Search& search : recursive_) search.isPrepared_ = false;
     known_.assign(pattern.recursive.size() * target.NumAtoms(), Known::Nothing);
   }
-  places_[0] = {firstAtom, endAtom, 0, 0};
+  isPrepared_ = true;
+}
+
+// The first step's atom is one of firstAtom up to endAtom.
+void Search::StartAt(unsigned firstAtom, unsigned endAtom) {
+  if (hasMatch_) {
+    for (unsigned depth = 0; depth + 1 < pattern_->numAtoms; ++depth) used_[places_[depth].atom] = 0;
+  }
+  hasMatch_ = false;
+  isOver_ = false;
+  places_[0] = {firstAtom, endAtom, firstAtom, 0};
 }
 
 bool Search::Next() {
@@ -58,6 +71,7 @@ bool Search::Next() {
       Enter(++depth);
     } else {
       if (depth == 0) {
+        hasMatch_ = false;
         isOver_ = true;
         return false;
       }
@@ -160,8 +174,8 @@ bool Search::MatchesRecursive(unsigned recursive, unsigned atom) {
   Known& known = known_[std::size_t{recursive} * target_->NumAtoms() + atom];
   if (known == Known::Nothing) {
     Search& search = recursive_[recursive];
-    search.all_ = false;
-    search.StartAt(pattern_->recursive[recursive], *target_, atom, atom + 1);
+    if (!search.isPrepared_) search.Prepare(pattern_->recursive[recursive], *target_, false);
+    search.StartAt(atom, atom + 1);
     known = search.Next() ? Known::Yes : Known::No;
   }
   return known == Known::Yes;

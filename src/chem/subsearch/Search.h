@@ -36,7 +36,8 @@ class Search {
   };
   enum class Known : std::uint8_t { Nothing, No, Yes };
 
-  void StartAt(const Pattern& pattern, const Target& target, unsigned firstAtom, unsigned endAtom);
+  void Prepare(const Pattern& pattern, const Target& target, bool all);
+  void StartAt(unsigned firstAtom, unsigned endAtom);
   void Enter(unsigned depth);
   bool Advance(const SearchStep& step, Place& place);
   bool Takes(const SearchStep& step, unsigned atom);
@@ -47,6 +48,7 @@ class Search {
 
   const Pattern* pattern_ = nullptr;
   const Target* target_ = nullptr;
+  bool isPrepared_ = false;  // of a recursive pattern's search: for the search it belongs to
   bool hasMatch_ = false;
   bool isOver_ = true;
   bool all_ = true;
