@@ -24,9 +24,10 @@ struct Pattern;
 ///
 /// Matching looks at the graph as it is: a pattern sees the hydrogens that are atoms (see
 /// QXSuppressHydrogens).
-/// Errors   the constructor reports one Warning when it cannot take the pattern, one of more than 10,000
-///          bytes or with more than 100 recursive patterns in each other included; the object is then invalid
-///          and never matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a
+/// Errors   the constructor reports one Warning when it cannot take the pattern; so it does above 10,000 bytes,
+///          100 recursive patterns, or 1,000 bytes of conditions on one bond or in one bracket, those around
+///          it included (499 alternatives such as [C,N,...,O] are taken). The object is then invalid and never
+///          matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a
 ///          molecule whose rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
 /// Threads  all methods are safe on one object from several threads. Copies are cheap and share the pattern.
 /// Cost     some hundreds of nanoseconds for a typical pattern and a drug-like molecule, less when an element

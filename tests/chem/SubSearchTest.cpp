@@ -4,8 +4,10 @@
 #include "QXChem/QXSubSearch.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
 #include "QXChem/QXPerception.h"
@@ -39,7 +41,11 @@ TEST(SubSearch, APatternThatCannotBeTakenIsReportedOnceAndNeverMatches) {
       {" C", " C", "no SMARTS"},
       {std::string("C\0C", 3), "C", "byte 0 is not a SMARTS character at byte 2"},
       {"C\x80", "C\x80", "byte 128 is not a SMARTS character at byte 2"},
-      {"C(", "C(", "not a SMARTS"},
+      {"C(C", "C(C", "unclosed parenthesis at byte 2"},
+      {"CC)", "CC)", "unopened parenthesis at byte 3"},
+      {"[$(C]", "[$(C]", "unclosed parenthesis at byte 3"},
+      {"[C", "[C", "unclosed bracket at byte 1"},
+      {"C1CC", "C1CC", "not a SMARTS"},
       {"(C).(C)", "(C).(C)", "not a SMARTS"},
       {"[C-200]", "[C-200]", "charge above 99"},
   };
@@ -61,22 +67,53 @@ TEST(SubSearch, APatternThatCannotBeTakenIsReportedOnceAndNeverMatches) {
                             "supported)!"});
 }
 
-TEST(SubSearch, LongOrDeeplyNestedPatternsAreTakenUpToTheLimitAndThenRefused) {
-  const auto nested = [](unsigned depth) {
+// Runs work on a thread with as little stack as threads have anywhere by default on desktop systems.
+void RunOnSmallStack(std::function<void()> work) {
+  constexpr std::size_t numBytes = 512 * 1024;
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, numBytes), 0);
+  pthread_t thread;
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+TEST(SubSearch, LongPatternsAreTakenUpToTheLimitsAndThenRefusedOnASmallStackToo) {
+  const auto nested = [](unsigned depth, const std::string& before) {
     std::string smarts = "C";
-    for (unsigned i = 0; i < depth; ++i) smarts = "[$(" + smarts + ")]";
+    for (unsigned i = 0; i < depth; ++i) smarts = "[" + before + "$(" + smarts + ")]";
     return smarts;
   };
+  const std::string onAtom = "more than 1000 bytes of conditions on an atom at byte ";
+  const struct {
+    std::string taken;
+    bool matches;
+    std::string refused;
+    std::string reason;
+  } cases[] = {
+      {Repeated("*", 10000), false, Repeated("*", 10001), "longer than 10000 bytes"},
+      {nested(100, ""), true, nested(101, ""), "more than 100 recursive patterns at byte 303"},
+      {"[" + Repeated("$(N),", 99) + "$(C)]", true, "[" + Repeated("$(N),", 100) + "$(C)]",
+       "more than 100 recursive patterns at byte 503"},
+      {"[" + Repeated("*", 1000) + "]", true, "[" + Repeated("*", 1001) + "]", onAtom + "1002"},
+      {"[" + Repeated("N,", 499) + "C]", true, "[" + Repeated("N,", 499) + "Cl,C]", onAtom + "1002"},
+      {"[" + Repeated("!N", 500) + "]", true, "[" + Repeated("!N", 501) + "]", onAtom + "1002"},
+      {nested(90, "N,O,S,F,P,"), true, nested(91, "N,O,S,F,P,"), onAtom + "1182"},
+      {"C" + Repeated("=,", 499) + "-C", true, "C" + Repeated("=,", 500) + "-C",
+       "more than 1000 bytes of conditions on a bond at byte 1002"},
+  };
   const QXGraphMol mol = FromSmiles("CCO");
-  EXPECT_TRUE(QXSubSearch(nested(100)).SingleMatch(mol));
-  EXPECT_TRUE(QXSubSearch("[" + Repeated("*", 9998) + "]").SingleMatch(mol));
-  EXPECT_TRUE(QXSubSearch("[" + Repeated("N,", 4998) + "C]").SingleMatch(mol));
-  EXPECT_FALSE(QXSubSearch(Repeated("*", 10000)).SingleMatch(mol));
-  EXPECT_EQ(QXTest::ReportsOf([&] {
-              EXPECT_FALSE(QXSubSearch(nested(101)));
-              EXPECT_FALSE(QXSubSearch(Repeated("*", 10001)));
-            }).size(),
-            2u);
+  for (const auto& [taken, matches, refused, reason] : cases) {
+    RunOnSmallStack([&] { EXPECT_EQ(QXSubSearch(taken).SingleMatch(mol), matches) << taken; });
+    const QXTest::Reports expected = {"Warning: QXSubSearch::QXSubSearch() : cannot take pattern '" +
+                                      refused + "' (" + reason + ")!"};
+    EXPECT_EQ(QXTest::ReportsOf([&] { QXSubSearch pattern(refused); }), expected);
+  }
 }
 
 // What once took longer than anyone waits: the promise is that these end.
