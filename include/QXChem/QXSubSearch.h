@@ -27,12 +27,18 @@ struct Pattern;
 /// Errors   the constructor reports one Warning when it cannot take the pattern; so it does above 10,000 bytes,
 ///          100 recursive patterns, or 1,000 bytes of conditions on one bond or in one bracket, those around
 ///          it included (499 alternatives such as [C,N,...,O] are taken). The object is then invalid and never
-///          matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a
-///          molecule whose rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
+///          matches. Matching an invalid molecule finds nothing. R<n> reports one Warning for a molecule whose
+///          rings are too many to be counted (see QXReadMolecule.h), and finds nothing.
 /// Threads  all methods are safe on one object from several threads. Copies are cheap and share the pattern.
-/// Cost     some hundreds of nanoseconds for a typical pattern and a drug-like molecule, less when an element
-///          or bond is missing; the worst case of such a search is exponential in the size of the pattern.
-///          SingleMatch allocates nothing after the first few calls, but for R<n> with n above 0.
+/// Cost     construction: some tens of microseconds for a typical pattern, a tenth of a second at the limits.
+///          A match: some hundreds of nanoseconds for a typical pattern and a drug-like molecule, less when an
+///          element or bond is missing. The worst case is exponential in the size of the pattern: a path of
+///          n wildcards that is not there may be sought along all paths of a cage or a clique. SingleMatch
+///          tries only one of several atoms that are alike and bound to the same hub; Match tries all, and
+///          there can be as many matches as ways to choose atoms. Recursive patterns are asked once about an
+///          atom, however deep they stand in each other; each takes two bytes for every atom of the molecule.
+///          SingleMatch allocates nothing after the first few calls, but for R<n> with n above 0 and for a
+///          molecule of more than 10,000 atoms.
 class QX_API QXSubSearch {
  public:
   /// flags are reserved: 0.

@@ -9,6 +9,7 @@
 #include "Allocations.h"
 #include "QXChem/QXLingo.h"
 #include "QXChem/QXPerception.h"
+#include "QXChem/QXSubSearch.h"
 #include "chem/SharedMolecules.h"
 
 namespace QXChem {
@@ -110,6 +111,23 @@ TEST(OutOfMemory, LingosAreCountedWithoutMemory) {
     EXPECT_EQ(QXTest::numAllocations, before);
     EXPECT_EQ(both, text.size() - 3);
   }
+}
+
+// Searches that stop at the first match keep their buffers.
+TEST(OutOfMemory, SingleMatchAllocatesOnlyAtFirst) {
+  const QXSubSearch patterns[] = {QXSubSearch("c1ccccc1-[$(C(=O)[$([O-]),$([OH])])]"), QXSubSearch("[r6]~O"),
+                                  QXSubSearch("C.C.O"), QXSubSearch("N")};
+  const QXGraphMol mol = FromSmiles("CC(=O)Oc1ccccc1C(=O)O");
+  const QXSubSearchTarget target(mol);
+  const auto match = [&] {
+    unsigned numFound = 0;
+    for (const QXSubSearch& pattern : patterns) numFound += pattern.SingleMatch(target);
+    return numFound;
+  };
+  match();
+  const std::size_t before = QXTest::numAllocations;
+  EXPECT_EQ(match(), 3u);
+  EXPECT_EQ(QXTest::numAllocations, before);
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <array>
 #include <atomic>
 #include <functional>
+#include <random>
 #include <thread>
 
 #include "QXChem/QXPerception.h"
@@ -148,6 +150,58 @@ TEST(SubSearch, RecursivePatternsInEachOtherCostNoMoreThanBesideEachOther) {
     for (unsigned depth = 0; depth < 30; ++depth) smarts = "[$(*~[!$(*~[+6])]~" + smarts + ")]";
     EXPECT_EQ(AllMatches(smarts, fullerene, true).size(), hasEnd ? 60u : 0u);
   }
+}
+
+TEST(SubSearch, AtomsThatAreAlikeAroundHubsAreNotTriedInAllOrders) {
+  QXGraphMol hubs;  // five atoms, each bound to the sixty others
+  for (unsigned i = 0; i < 65; ++i) hubs.NewAtom(6);
+  for (unsigned hub = 0; hub < 5; ++hub) {
+    for (unsigned i = 5; i < 65; ++i) hubs.NewBond(hub, i, 1);
+  }
+  const QXSubSearchTarget target(hubs);
+  EXPECT_TRUE(QXSubSearch("*" + Repeated("@*", 10)).SingleMatch(target));
+  EXPECT_FALSE(QXSubSearch("*" + Repeated("@*", 11)).SingleMatch(target));
+  EXPECT_FALSE(
+      QXSubSearch(Repeated("*(@*)(@*)", 7) + "[$(*" + Repeated("@*", 11) + ")]").SingleMatch(target));
+}
+
+// SingleMatch leaves out atoms that are like others, Match does not.
+TEST(SubSearch, LeavingOutAtomsThatAreAlikeLosesNoMatch) {
+  std::mt19937 random(1);
+  const auto below = [&](unsigned end) { return static_cast<unsigned>(random() % end); };
+  std::vector<QXSubSearch> patterns;
+  for (const char* smarts :
+       {"C~*~C~*~C", "*1~*~*~*~1", "[U]~*~[Fe]", "*(~[C])(~[C])~*(~C)~[U,Fe]", "C.C~[Fe].C", "[C+]~*~[C+]~*",
+        "C1~[Fe]~C~[U]~1", "[$(*(~C)~[Fe])]~[!$(*~[U])]", "[Fe]~*(~[Fe])~[Fe]", "*~*~*~*~*~*~*",
+        "[CD2]~*~[UD3]", "[v2]~*~[v3]", "C1~*~C~*~1.[Fe]~*~[U]", "[C+].[C+].[U]~*~[U]", "*1~*2~*~*~1~*~*~2",
+        "[r4]~[r4]~*~[!r4]"}) {
+    patterns.emplace_back(smarts);
+  }
+  unsigned numFound = 0;
+  unsigned numTried = 0;
+  for (unsigned i = 0; i < 150; ++i) {
+    QXGraphMol mol;
+    constexpr unsigned numHubs = 3;
+    constexpr unsigned numLeaves = 17;
+    for (unsigned atom = 0; atom < numHubs + numLeaves; ++atom) {
+      mol.NewAtom(std::array{6U, 6U, 6U, 26U, 92U}[below(5)])->SetFormalCharge(below(8) == 0);
+    }
+    for (unsigned leaf = numHubs; leaf < numHubs + numLeaves; ++leaf) {
+      mol.NewBond(0, leaf, 1 + (below(9) == 0));
+      for (unsigned hub = 1; hub < numHubs; ++hub) {
+        if (below(3 + i % 3) == 0) mol.NewBond(hub, leaf, 1);
+      }
+    }
+    const QXSubSearchTarget target(mol);
+    for (const QXSubSearch& pattern : patterns) {
+      const bool expected = static_cast<bool>(pattern.Match(target));
+      EXPECT_EQ(pattern.SingleMatch(target), expected) << pattern.GetSmarts() << " " << i;
+      numFound += expected;
+      ++numTried;
+    }
+  }
+  EXPECT_GT(numFound, numTried / 5);
+  EXPECT_LT(numFound, 4 * numTried / 5);
 }
 
 TEST(SubSearch, MatchesListAtomsAndBondsInTheOrderOfThePattern) {

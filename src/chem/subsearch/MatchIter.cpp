@@ -9,7 +9,7 @@ MatchIter::MatchIter(std::shared_ptr<const Pattern> pattern, TargetPtr target, b
 
 void MatchIter::ToFirst() {
   passed_.Clear();
-  search_.Start(*pattern_, *target_, !isUnique_);
+  search_.Start(*pattern_, *target_, isUnique_ ? Wanted::OneOfEachSet : Wanted::All);
   Next();
 }
 

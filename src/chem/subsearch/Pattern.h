@@ -32,7 +32,7 @@ struct SearchStep {
   unsigned numBounds = 0;
 };
 
-/// A pattern compiled for searching; never changed afterwards.
+/// A pattern compiled for searching; never changed afterwards, so any number of threads may search with it.
 struct Pattern {
   struct Bond {
     unsigned begin;

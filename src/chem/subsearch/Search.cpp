@@ -2,6 +2,12 @@
 // forbidden bits, which costs one instruction; bonds to atoms placed earlier are checked at once. What a
 // recursive pattern says about an atom does not depend on where it is asked: it is found when first asked and
 // kept for the whole search, so that patterns in each other cost no more than patterns beside each other.
+//
+// Matches that are like one found or refuted before are left out in two ways. Where one of each set of atoms
+// is wanted, those that a symmetry of the pattern turns into each other are told apart by bounds: some atoms
+// must have larger indices than others. Where one is wanted, twin atoms of the molecule are taken in the order
+// of their indices: exchanging an atom for a smaller twin that is free gives a match just as good, and if that
+// one is out of bounds, a symmetry of what has not been placed yet brings it back.
 
 #include "chem/subsearch/Search.h"
 
@@ -25,19 +31,20 @@ bool CanMatch(const Pattern& pattern, const Target& target) {
   return true;
 }
 
-void Search::Start(const Pattern& pattern, const Target& target, bool all) {
+void Search::Start(const Pattern& pattern, const Target& target, Wanted wanted) {
   isPrepared_ = false;
   hasMatch_ = false;
   isOver_ = !CanMatch(pattern, target);
   if (isOver_) return;
-  Prepare(pattern, target, all);
+  Prepare(pattern, target, wanted);
   StartAt(0, target.NumAtoms());
 }
 
-void Search::Prepare(const Pattern& pattern, const Target& target, bool all) {
+void Search::Prepare(const Pattern& pattern, const Target& target, Wanted wanted) {
   pattern_ = &pattern;
   target_ = &target;
-  all_ = all;
+  usesBounds_ = wanted != Wanted::All;
+  twins_ = wanted == Wanted::One && !pattern.asksRingCounts ? target.Twins() : nullptr;
   hasMatch_ = false;
   used_.assign(target.NumAtoms(), 0);
   if (places_.size() < pattern.steps.size()) places_.resize(pattern.steps.size());
@@ -86,7 +93,7 @@ void Search::Enter(unsigned depth) {
   const SearchStep& step = pattern_->steps[depth];
   Place& place = places_[depth];
   place.lowest = 0;
-  if (!all_) {
+  if (usesBounds_) {
     for (unsigned i = 0; i < step.numBounds; ++i) {
       place.lowest = std::max(place.lowest, places_[pattern_->bounds[step.firstBound + i]].atom + 1);
     }
@@ -101,13 +108,22 @@ void Search::Enter(unsigned depth) {
   place.end = range[1];
 }
 
+bool Search::IsFree(const Place& place, unsigned atom) const {
+  if (used_[atom]) return false;
+  if (!twins_) return true;
+  for (unsigned twin = twins_[atom]; twin != Target::noTwin && twin >= place.lowest; twin = twins_[twin]) {
+    if (!used_[twin]) return false;
+  }
+  return true;
+}
+
 bool Search::Advance(const SearchStep& step, Place& place) {
   const std::uint64_t* words = target_->Words();
   const std::uint64_t forbidden = step.forbidden;
   if (step.isRoot) {
     while (place.next < place.end) {
       const std::uint32_t atom = place.next++;
-      if ((words[atom] & forbidden) != 0 || used_[atom] || !Takes(step, atom)) continue;
+      if ((words[atom] & forbidden) != 0 || !IsFree(place, atom) || !Takes(step, atom)) continue;
       place.atom = atom;
       return true;
     }
@@ -117,7 +133,8 @@ bool Search::Advance(const SearchStep& step, Place& place) {
   while (place.next < place.end) {
     const Target::Neighbor neighbor = neighbors[place.next++];
     if ((neighbor.bondClass & step.link.classes) == 0 || (words[neighbor.atom] & forbidden) != 0) continue;
-    if (neighbor.atom < place.lowest || used_[neighbor.atom] || !Takes(step, neighbor.atom)) continue;
+    if (neighbor.atom < place.lowest || !IsFree(place, neighbor.atom) || !Takes(step, neighbor.atom))
+      continue;
     if (step.link.dative && !GoesRightWay(step.link, places_[step.link.depth].atom, neighbor.atom)) continue;
     place.atom = neighbor.atom;
     return true;
@@ -174,7 +191,7 @@ bool Search::MatchesRecursive(unsigned recursive, unsigned atom) {
   Known& known = known_[std::size_t{recursive} * target_->NumAtoms() + atom];
   if (known == Known::Nothing) {
     Search& search = recursive_[recursive];
-    if (!search.isPrepared_) search.Prepare(pattern_->recursive[recursive], *target_, false);
+    if (!search.isPrepared_) search.Prepare(pattern_->recursive[recursive], *target_, Wanted::One);
     search.StartAt(atom, atom + 1);
     known = search.Next() ? Known::Yes : Known::No;
   }

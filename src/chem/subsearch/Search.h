@@ -12,14 +12,19 @@ namespace QXChem {
 /// Whether the molecule has the elements and bonds without which there can be no match.
 bool CanMatch(const Pattern& pattern, const Target& target);
 
+/// Which matches a search has to find; it may find others too.
+enum class Wanted : std::uint8_t {
+  All,
+  OneOfEachSet,  // of each set of atoms
+  One
+};
+
 /// A search for the matches of a pattern in a molecule, one at a time. It may be used again and allocates
 /// nothing once its buffers are large enough; a copy goes on independently from the same match.
 class Search {
  public:
-  /// Pattern and target must stay; the target knows what the pattern asks of it. Unless `all` matches are
-  /// wanted, those are left out that a symmetry of the pattern turns into another one: no set of atoms is
-  /// lost.
-  void Start(const Pattern& pattern, const Target& target, bool all);
+  /// Pattern and target must stay; the target knows what the pattern asks of it.
+  void Start(const Pattern& pattern, const Target& target, Wanted wanted);
   /// Finds the next match; false when there is none left.
   bool Next();
 
@@ -36,9 +41,10 @@ class Search {
   };
   enum class Known : std::uint8_t { Nothing, No, Yes };
 
-  void Prepare(const Pattern& pattern, const Target& target, bool all);
+  void Prepare(const Pattern& pattern, const Target& target, Wanted wanted);
   void StartAt(unsigned firstAtom, unsigned endAtom);
   void Enter(unsigned depth);
+  bool IsFree(const Place& place, unsigned atom) const;
   bool Advance(const SearchStep& step, Place& place);
   bool Takes(const SearchStep& step, unsigned atom);
   bool HasClosures(const SearchStep& step, unsigned atom) const;
@@ -51,7 +57,8 @@ class Search {
   bool isPrepared_ = false;  // of a recursive pattern's search: for the search it belongs to
   bool hasMatch_ = false;
   bool isOver_ = true;
-  bool all_ = true;
+  bool usesBounds_ = false;
+  const unsigned* twins_ = nullptr;
   std::vector<Place> places_;    // one for each step
   std::vector<unsigned> atoms_;  // of the match, in the order of the pattern
   std::vector<char> used_;       // atoms chosen, but for the last one

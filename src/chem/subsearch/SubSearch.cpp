@@ -27,6 +27,7 @@ std::shared_ptr<const Pattern> Compile(const std::string& smarts, unsigned flags
 
 // Has the target find what only some patterns ask for.
 bool Inform(const Target& target, const Pattern& pattern, std::string& reason) {
+  target.FindTwins();
   if (pattern.asksSmallestRings) target.FindSmallestRings();
   return !pattern.asksRingCounts || target.CountRings(reason);
 }
@@ -38,7 +39,7 @@ bool HasMatch(const Pattern& pattern, const Target& target, std::string& reason)
     return std::any_of(target.Words(), target.Words() + target.NumAtoms(), passes);
   }
   ThreadScratch<Search> search(target.GetMol());
-  search->Start(pattern, target, false);
+  search->Start(pattern, target, Wanted::One);
   return search->Next();
 }
 

@@ -5,6 +5,7 @@
 #include "QXChem/QXPerception.h"
 #include "chem/rdkit/Queries.h"
 #include "chem/subsearch/SmallestRings.h"
+#include "chem/subsearch/TwinAtoms.h"
 
 namespace QXChem {
 namespace {
@@ -59,6 +60,7 @@ void Target::Assign(const QXMolBase& mol) {
   }
   hasSmallestRings_ = false;
   hasRingCounts_ = false;
+  hasTwins_ = false;
   FillNeighbors();
   FillWords();
 }
@@ -68,6 +70,7 @@ void Target::FillNeighbors() {
   offsets_.resize(numAtoms + 1);
   neighbors_.resize(2 * std::size_t{mol_->NumBonds()});
   presentBonds_ = 0;
+  highestDegree_ = 0;
   std::uint32_t next = 0;
   for (unsigned atom = 0; atom < numAtoms; ++atom) {
     offsets_[atom] = next;
@@ -76,6 +79,7 @@ void Target::FillNeighbors() {
       presentBonds_ |= bondClass;
       neighbors_[next++] = {neighbor.atom, bondClass};
     }
+    highestDegree_ = std::max(highestDegree_, next - offsets_[atom]);
   }
   offsets_[numAtoms] = next;
 }
@@ -164,6 +168,15 @@ bool Target::CountRings(std::string& reason) const {
   if (!hasRingCounts_ && !CountRingsWithRDKit(*mol_, ringCounts_, reason)) return false;
   hasRingCounts_ = true;
   return true;
+}
+
+void Target::FindTwins() const {
+  constexpr unsigned highestOfChemistry = 16;
+  if (highestDegree_ <= highestOfChemistry || (presentBonds_ & InAndOutOfRings(dativeBond)) != 0) return;
+  if (hasTwins_) return;
+  const std::lock_guard lock(mutex_);
+  if (!hasTwins_) LinkTwins(*this, twins_);
+  hasTwins_ = true;
 }
 
 }  // namespace QXChem

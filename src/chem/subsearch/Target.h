@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <compare>
 #include <cstdint>
 #include <mutex>
 #include <span>
@@ -19,7 +20,10 @@ class Target {
   struct Neighbor {
     std::uint32_t atom;
     std::uint16_t bondClass;
+
+    auto operator<=>(const Neighbor&) const = default;
   };
+  static constexpr unsigned noTwin = ~0U;
 
   /// Refers to the molecule, or to a copy of its own where rings or aromaticity had to be perceived. Buffers
   /// are kept.
@@ -46,6 +50,12 @@ class Target {
   void FindSmallestRings() const;
   bool CountRings(std::string& reason) const;
 
+  /// Finds twin atoms (see TwinAtoms.h) once, where atoms have so many neighbours that it pays and there are no
+  /// dative bonds; safe from several threads.
+  void FindTwins() const;
+  /// The nearest twin before each atom, if twins have been found.
+  const unsigned* Twins() const { return hasTwins_ ? twins_.data() : nullptr; }
+
  private:
   void FillNeighbors();
   void FillWords();
@@ -57,12 +67,15 @@ class Target {
   std::vector<Neighbor> neighbors_;
   std::uint64_t present_ = 0;
   std::uint16_t presentBonds_ = 0;
+  unsigned highestDegree_ = 0;
 
   mutable std::mutex mutex_;  // for what is found on demand
   mutable std::atomic<bool> hasSmallestRings_ = false;
   mutable std::atomic<bool> hasRingCounts_ = false;
+  mutable std::atomic<bool> hasTwins_ = false;
   mutable std::vector<unsigned> smallestRings_;
   mutable std::vector<unsigned> ringCounts_;
+  mutable std::vector<unsigned> twins_;
 };
 
 }  // namespace QXChem
