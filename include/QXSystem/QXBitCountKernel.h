@@ -52,14 +52,17 @@ struct QXBitCountKernel {
   void (*makeColumns)(const std::uint64_t* const* records, std::size_t numRecords, std::size_t numWords,
                       std::uint64_t* columns, std::size_t stride);
 
-  /// Counts the bits that a query shares with each record of a block, from the columns of the query's set bits.
-  /// Counts below `least` may come out as 0; where no record reaches it the result is false and nothing is
-  /// written. Gives up as soon as none can: columns that few records have should come first.
-  /// Shape    columns: as makeColumns made them; bits: which, fewer than 2^16 and a multiple of
-  ///          QXBitLists::padding of them; both: a count for each of at most 512 records.
-  /// Cost     O(bits), no allocation; prefetches columns of the block three blocks further on.
-  bool (*countColumns)(const std::uint64_t* columns, std::size_t stride, std::span<const std::uint16_t> bits,
-                       std::uint32_t least, std::size_t numRecords, std::uint32_t* both);
+  /// Counts the bits that a query shares with each record of up to QXBitLists::maxBlocks blocks, from the
+  /// columns of the query's set bits. Bit i of the result says whether a record of block i reaches least[i];
+  /// counts of such a block that are below it may come out as 0, and other blocks are not written. Each block is
+  /// given up as soon as no record can reach its least: columns that few records have should come first.
+  /// Shape    columns: as makeColumns made them, those of neighbouring blocks columnWords words apart; bits:
+  ///          which, fewer than 2^16 and a multiple of QXBitLists::padding of them; least: one for each block;
+  ///          both: a count for each record.
+  /// Cost     O(bits) for each block, no allocation.
+  unsigned (*countColumns)(const std::uint64_t* columns, std::size_t stride,
+                           std::span<const std::uint16_t> bits, const std::uint32_t* least,
+                           std::size_t numRecords, std::uint32_t* both);
 
   /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
   void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,

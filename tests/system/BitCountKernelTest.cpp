@@ -146,16 +146,20 @@ TEST_P(BitCountKernelTest, CountListsMatchesANaiveCountInEveryShape) {
 // Columns made by any kernel are counted by any other: they may come from a file.
 TEST_P(BitCountKernelTest, CountColumnsMatchesANaiveCountOnColumnsOfAnotherKernel) {
   std::mt19937_64 random(5);
-  constexpr std::size_t numWords = 5, numColumns = 64 * numWords, stride = 2 * QXBitLists::columnWords;
-  for (const std::size_t numRecords : {1, 2, 63, 300, 511, 512}) {
+  constexpr std::size_t numWords = 5, numColumns = 64 * numWords, blockSize = 512;
+  for (const std::size_t numRecords : {1, 300, 511, 512, 513, 1300, 4096}) {
     const std::vector<std::uint64_t> words = RandomWords((numRecords + 1) * numWords, random);
     std::vector<const std::uint64_t*> records;
     for (std::size_t i = 0; i < numRecords; ++i) records.push_back(&words[i * numWords]);
-    const auto memory = std::make_unique<Line[]>((numColumns + 1) * stride / 8);
+    const std::size_t numBlocks = (numRecords + blockSize - 1) / blockSize;
+    const std::size_t stride = numBlocks * QXBitLists::columnWords;
+    const auto memory = std::make_unique<Line[]>((numColumns + 1) * numBlocks);  // the last column is empty
     std::uint64_t* const columns = memory[0].words;
-    QXGetBitCountKernels().back().makeColumns(records.data(), numRecords, numWords, columns, stride);
-    std::fill_n(columns + numColumns * stride, QXBitLists::columnWords, std::uint64_t{0});
-
+    for (std::size_t block = 0; block < numBlocks; ++block) {
+      const std::size_t first = block * blockSize;
+      QXGetBitCountKernels().back().makeColumns(&records[first], std::min(blockSize, numRecords - first),
+                                                numWords, columns + block * QXBitLists::columnWords, stride);
+    }
     const std::uint64_t* const query = &words[numRecords * numWords];
     std::vector<std::uint16_t> bits;
     for (std::uint16_t bit = 0; bit < numColumns; ++bit) {
@@ -163,22 +167,29 @@ TEST_P(BitCountKernelTest, CountColumnsMatchesANaiveCountOnColumnsOfAnotherKerne
     }
     std::ranges::shuffle(bits, random);
     while (bits.size() % QXBitLists::padding != 0) bits.push_back(numColumns);
-    std::vector<std::uint32_t> expected;
-    for (const std::uint64_t* record : records) {
-      expected.push_back(static_cast<std::uint32_t>(NaiveCountAnd(query, record, numWords)));
-    }
-    const std::uint32_t most = *std::ranges::max_element(expected);
-    for (const std::uint32_t least : {0U, most / 2, most - 1, most, most + 1, 1000U}) {
-      std::vector<std::uint32_t> both(numRecords + 1, 77);
-      const bool isReached = GetParam().countColumns(columns, stride, bits, least, numRecords, both.data());
-      ASSERT_EQ(isReached, least <= most) << numRecords << " records, least " << least;
+    for (const int aboveMost : {-1000, -20, -1, 0, 1, 1000}) {
+      std::vector<std::uint32_t> expected, least, both(numRecords + 1, 77);
+      for (std::size_t first = 0; first < numRecords; first += blockSize) {
+        std::uint32_t most = 0;
+        for (std::size_t i = first; i < std::min(numRecords, first + blockSize); ++i) {
+          expected.push_back(static_cast<std::uint32_t>(NaiveCountAnd(query, records[i], numWords)));
+          most = std::max(most, expected.back());
+        }
+        // Every other block has a record that reaches its least, or none has.
+        const int wanted = static_cast<int>(most) + (least.size() % 2 == 0 ? aboveMost : 1);
+        least.push_back(static_cast<std::uint32_t>(std::max(0, wanted)));
+      }
+      const unsigned reached =
+          GetParam().countColumns(columns, stride, bits, least.data(), numRecords, both.data());
       for (std::size_t i = 0; i < numRecords; ++i) {
+        const std::size_t block = i / blockSize;
+        const bool isReached = block % 2 == 0 && aboveMost <= 0;
+        ASSERT_EQ(reached >> block & 1, isReached ? 1u : 0u)
+            << numRecords << ' ' << block << ' ' << aboveMost;
         if (!isReached) {
           ASSERT_EQ(both[i], 77u);
-        } else if (expected[i] >= least) {
-          ASSERT_EQ(both[i], expected[i]) << i << " of " << numRecords << " records, least " << least;
-        } else {
-          ASSERT_TRUE(both[i] == 0 || both[i] == expected[i]);
+        } else if (expected[i] >= least[block] || both[i] != 0) {
+          ASSERT_EQ(both[i], expected[i]) << i << " of " << numRecords << " records";
         }
       }
       ASSERT_EQ(both[numRecords], 77u);

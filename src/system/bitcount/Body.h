@@ -54,26 +54,91 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
-// Counts by piece, or adds to what is there. Nothing is written unless a piece reaches the least.
-template <bool isStreaming>
-QX_KERNEL_TARGET inline bool CountBlock(const std::uint64_t* columns, std::size_t stride,
-                                        std::span<const std::uint16_t> bits, std::uint32_t least,
-                                        std::size_t numRecords, std::uint32_t* both, bool isAdding) {
-  ColumnCounts counts[numPieces];
-  bool isReached = false;
-  for (std::size_t piece = 0; piece < numPieces; ++piece) {
-    isReached |= counts[piece].Add<isStreaming>(columns + piece * pieceLanes, stride, bits, least);
+// The counting of a few blocks side by side, sixteen columns at a time: a column's parts for neighbouring
+// blocks lie side by side too. Pieces that cannot reach the least any more are left behind.
+class BlockCounts {
+ public:
+  /// parts: room for the counts of the blocks' pieces.
+  QX_KERNEL_TARGET BlockCounts(const std::uint64_t* columns, std::size_t stride, std::size_t numBlocks,
+                               ColumnCounts* parts)
+      : columns_(columns),
+        stride_(stride),
+        numBlocks_(numBlocks),
+        numAlive_(numBlocks * numPieces),
+        parts_(parts) {
+    for (std::size_t i = 0; i < numAlive_; ++i) alive_[i] = static_cast<std::uint8_t>(i);
   }
-  if (!isReached) return false;
-  for (std::size_t piece = 0; piece < numPieces; ++piece)
-    counts[piece].Write(both, piece, numRecords, isAdding);
-  return true;
-}
 
-QX_KERNEL_TARGET bool CountColumns(const std::uint64_t* columns, std::size_t stride,
-                                   std::span<const std::uint16_t> bits, std::uint32_t least,
-                                   std::size_t numRecords, std::uint32_t* both) {
-  return CountBlock<true>(columns, stride, bits, least, numRecords, both, false);
+  /// least: for each block. Whether a piece is left.
+  QX_KERNEL_TARGET bool Count(std::span<const std::uint16_t> bits, const std::uint32_t* least) {
+    if (bits.empty()) return !least || *std::min_element(least, least + numBlocks_) == 0;
+    Prefetch(bits.first(std::min(bits.size(), 2 * step)));
+    while (!bits.empty() && numAlive_ > 0) {
+      if (bits.size() > 2 * step) Prefetch(bits.subspan(2 * step, std::min(bits.size() - 2 * step, step)));
+      const auto next = bits.first(std::min(bits.size(), step));
+      bits = bits.subspan(next.size());
+      std::size_t numAlive = 0;
+      for (std::size_t i = 0; i < numAlive_; ++i) {
+        const std::size_t part = alive_[i];
+        const std::uint32_t wanted = least ? least[part / numPieces] : 0;
+        parts_[part].Add(columns_ + part * pieceLanes, stride_, next);
+        if (wanted > bits.size() && !parts_[part].Reach(wanted - static_cast<std::uint32_t>(bits.size()))) {
+          parts_[part].Clear();
+        } else {
+          alive_[numAlive++] = static_cast<std::uint8_t>(part);
+        }
+      }
+      numAlive_ = numAlive;
+    }
+    return numAlive_ > 0;
+  }
+
+  bool IsAlive(std::size_t block) const {
+    return std::any_of(alive_, alive_ + numAlive_,
+                       [&](std::size_t part) { return part / numPieces == block; });
+  }
+
+  QX_KERNEL_TARGET void Write(std::size_t block, std::uint32_t* both, std::size_t size, bool isAdding) const {
+    for (std::size_t piece = 0; piece < numPieces; ++piece) {
+      parts_[block * numPieces + piece].Write(both, piece, size, isAdding);
+    }
+  }
+
+ private:
+  static constexpr std::size_t step = 16;
+
+  QX_KERNEL_TARGET void Prefetch(std::span<const std::uint16_t> bits) const {
+    if (numBlocks_ == 1) return;  // a panel, in the caches already
+    for (const std::uint16_t bit : bits) {
+      for (std::size_t block = 0; block < numBlocks_; ++block) {
+        __builtin_prefetch(columns_ + bit * stride_ + block * QXBitLists::columnWords);
+      }
+    }
+  }
+
+  const std::uint64_t* columns_;
+  std::size_t stride_;
+  std::size_t numBlocks_;
+  std::size_t numAlive_;
+  ColumnCounts* parts_;
+  std::uint8_t alive_[QXBitLists::maxBlocks * numPieces];
+};
+
+QX_KERNEL_TARGET unsigned CountColumns(const std::uint64_t* columns, std::size_t stride,
+                                       std::span<const std::uint16_t> bits, const std::uint32_t* least,
+                                       std::size_t numRecords, std::uint32_t* both) {
+  const std::size_t numBlocks = (numRecords + columnRecords - 1) / columnRecords;
+  ColumnCounts parts[QXBitLists::maxBlocks * numPieces];
+  BlockCounts counts(columns, stride, numBlocks, parts);
+  if (!counts.Count(bits, least)) return 0;
+  unsigned reached = 0;
+  for (std::size_t block = 0; block < numBlocks; ++block) {
+    if (!counts.IsAlive(block)) continue;
+    reached |= 1U << block;
+    const std::size_t first = block * columnRecords;
+    counts.Write(block, both + first, std::min(columnRecords, numRecords - first), false);
+  }
+  return reached;
 }
 
 // The columns of a block of records and a slice of the fingerprint, then the empty one that padding names.
@@ -101,10 +166,11 @@ QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t*
       MakeColumns(rows, size, std::min(QXBitLists::sliceWords, queries.NumWords() - word), panel.columns[0],
                   QXBitLists::columnWords);
       for (std::size_t q = 0; q < queries.NumVectors(); ++q) {
-        const bool isReached =
-            CountBlock<false>(panel.columns[0], QXBitLists::columnWords, queries.Bits(q, slice),
-                              least ? least[q] : 0, size, both + q * bothStride + begin, slice != 0);
-        if (least && isReached) reaches[q] = true;
+        ColumnCounts parts[numPieces];
+        BlockCounts counts(panel.columns[0], QXBitLists::columnWords, 1, parts);
+        if (!counts.Count(queries.Bits(q, slice), least ? &least[q] : nullptr)) continue;
+        counts.Write(0, both + q * bothStride + begin, size, slice != 0);
+        if (least) reaches[q] = true;
       }
     }
   }

@@ -4,41 +4,42 @@
 
 class ColumnCounts {
  public:
-  /// Adds up columns; false, with counts of 0, as soon as no record can come to `least` any more.
-  /// Shape    columns: of one piece, column i at columns + i * stride; bits: which, a multiple of 8 of them and
-  ///          fewer than 2^16.
-  template <bool isStreaming>
-  QX_KERNEL_TARGET bool Add(const std::uint64_t* columns, std::size_t stride,
-                            std::span<const std::uint16_t> bits, std::uint32_t least) {
-    const std::uint16_t* next = bits.data();
-    std::size_t left = bits.size();
-    Column ones{}, twos{}, fours{}, eights{};
-    while (left > 0) {
-      Column eightsA, eightsB{}, sixteens;
-      AddEight<isStreaming>(columns, stride, next, ones, twos, fours, eightsA);
-      if (left > 8) AddEight<isStreaming>(columns, stride, next + 8, ones, twos, fours, eightsB);
-      const std::size_t step = left > 8 ? 16 : 8;
-      AddTwo(eights, eightsA, eightsB, sixteens);
-      next += step;
-      left -= step;
-      numPlanes_ = static_cast<std::size_t>(std::bit_width(bits.size() - left));
-      for (std::size_t p = 4; p < numPlanes_; ++p) {
-        const Column carry = planes_[p] & sixteens;
-        planes_[p] ^= sixteens;
-        sixteens = carry;
-      }
-      if (least <= left && left > 0) continue;
-      planes_[0] = ones;
-      planes_[1] = twos;
-      planes_[2] = fours;
-      planes_[3] = eights;
-      if (least > left && !Reach(least - static_cast<std::uint32_t>(left))) {
-        std::fill_n(planes_, numPlanes, Column{});
-        return false;
+  /// Adds eight or sixteen columns.
+  /// Shape    columns: of one piece, column i at columns + i * stride; bits: which.
+  QX_KERNEL_TARGET void Add(const std::uint64_t* columns, std::size_t stride,
+                            std::span<const std::uint16_t> bits) {
+    Column eightsA, eightsB{}, sixteens;
+    AddEight(columns, stride, bits.data(), eightsA);
+    if (bits.size() > 8) AddEight(columns, stride, bits.data() + 8, eightsB);
+    AddTwo(planes_[3], eightsA, eightsB, sixteens);
+    numAdded_ += bits.size();
+    for (std::size_t p = 4; p < NumPlanes(); ++p) {
+      const Column carry = planes_[p] & sixteens;
+      planes_[p] ^= sixteens;
+      sixteens = carry;
+    }
+  }
+
+  /// Whether a record has at least so many of the columns added.
+  QX_KERNEL_TARGET bool Reach(std::uint32_t least) const {
+    if (least >> NumPlanes() != 0) return false;
+    Column isEqual = ~Column{};
+    Column isMore{};
+    for (std::size_t p = NumPlanes(); p-- > 0;) {
+      if ((least >> p & 1) != 0) {
+        isEqual &= planes_[p];
+      } else {
+        isMore |= isEqual & planes_[p];
+        isEqual &= ~planes_[p];
       }
     }
-    return least == 0 || !bits.empty();
+    const Column reaching = isMore | isEqual;
+    std::uint64_t any = 0;
+    for (std::size_t lane = 0; lane < pieceLanes; ++lane) any |= reaching[lane];
+    return any != 0;
   }
+
+  QX_KERNEL_TARGET void Clear() { *this = ColumnCounts(); }
 
   /// Writes the counts of a block's records that are among the first `size` and in this piece, or adds to what
   /// is there.
@@ -66,22 +67,17 @@ class ColumnCounts {
   }
 
  private:
-  static constexpr std::size_t prefetchWords = 3 * QXBitLists::columnWords;
+  std::size_t NumPlanes() const { return static_cast<std::size_t>(std::bit_width(numAdded_)); }
 
   QX_KERNEL_TARGET static const Column& Load(const std::uint64_t* columns, std::size_t stride,
                                              std::uint16_t bit) {
     return *reinterpret_cast<const ColumnPiece*>(columns + bit * stride);
   }
 
-  // Adds eight columns to the low planes. In a stream of blocks, each column's part for a later block, which
-  // lies a few cache lines further, is asked for.
-  template <bool isStreaming>
-  QX_KERNEL_TARGET static void AddEight(const std::uint64_t* columns, std::size_t stride,
-                                        const std::uint16_t* bits, Column& ones, Column& twos, Column& fours,
-                                        Column& eights) {
-    if constexpr (isStreaming) {
-      for (std::size_t i = 0; i < 8; ++i) __builtin_prefetch(columns + bits[i] * stride + prefetchWords);
-    }
+  // Adds eight columns to the low planes.
+  QX_KERNEL_TARGET void AddEight(const std::uint64_t* columns, std::size_t stride, const std::uint16_t* bits,
+                                 Column& eights) {
+    Column ones = planes_[0], twos = planes_[1], fours = planes_[2];
     Column twosA, twosB, foursA, foursB;
     AddTwo(ones, Load(columns, stride, bits[0]), Load(columns, stride, bits[1]), twosA);
     AddTwo(ones, Load(columns, stride, bits[2]), Load(columns, stride, bits[3]), twosB);
@@ -90,6 +86,9 @@ class ColumnCounts {
     AddTwo(ones, Load(columns, stride, bits[6]), Load(columns, stride, bits[7]), twosB);
     AddTwo(twos, twosA, twosB, foursB);
     AddTwo(fours, foursA, foursB, eights);
+    planes_[0] = ones;
+    planes_[1] = twos;
+    planes_[2] = fours;
   }
 
   // Replaces sum and two columns by the low bit of their sum, in sum, and its high bit.
@@ -97,25 +96,6 @@ class ColumnCounts {
     const Column odd = sum ^ a;
     high = (sum & a) | (odd & b);
     sum = odd ^ b;
-  }
-
-  // Whether a record has at least so many of the columns added.
-  QX_KERNEL_TARGET bool Reach(std::uint32_t least) const {
-    if (least >> numPlanes_ != 0) return false;
-    Column isEqual = ~Column{};
-    Column isMore{};
-    for (std::size_t p = numPlanes_; p-- > 0;) {
-      if ((least >> p & 1) != 0) {
-        isEqual &= planes_[p];
-      } else {
-        isMore |= isEqual & planes_[p];
-        isEqual &= ~planes_[p];
-      }
-    }
-    const Column reaching = isMore | isEqual;
-    std::uint64_t any = 0;
-    for (std::size_t lane = 0; lane < pieceLanes; ++lane) any |= reaching[lane];
-    return any != 0;
   }
 
   template <std::size_t distance>
@@ -139,6 +119,6 @@ class ColumnCounts {
     }
   }
 
-  std::size_t numPlanes_ = 0;
+  std::size_t numAdded_ = 0;
   Column planes_[numPlanes]{};
 };

@@ -1,0 +1,104 @@
+#include "fastfp/slices/SlicedScan.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "QXSystem/QXBitCountKernel.h"
+
+namespace {
+
+using namespace QXFingrix;
+
+// Records as in a file: families of fingerprints, so that scores tie, with empty, full and equal ones.
+class SlicedRecords {
+ public:
+  SlicedRecords(std::uint64_t numWords, std::uint64_t numRecords, double density, std::mt19937_64& random)
+      : table_{nullptr, numWords, numRecords} {
+    std::vector<std::uint64_t> parent(numWords);
+    std::bernoulli_distribution isSet(density);
+    for (std::uint64_t i = 0; i < numRecords; ++i) {
+      if (i == 0 || random() % 40 == 0) {
+        for (std::uint64_t bit = 0; bit < 64 * numWords; ++bit) {
+          SetBit(parent, bit, isSet(random));
+        }
+      }
+      std::vector<std::uint64_t> words = parent;
+      for (std::uint64_t flips = random() % 6; flips > 0; --flips)
+        words[random() % numWords] ^= 1ULL << random() % 64;
+      if (random() % 100 == 0) std::ranges::fill(words, random() % 2 == 0 ? 0 : ~0ULL);
+      words_.push_back(i);
+      words_.push_back(QXSystem::QXGetBitCountKernel().count(words.data(), numWords));
+      words_.insert(words_.end(), words.begin(), words.end());
+    }
+    table_.first = words_.data();
+  }
+
+  const RecordTable& Table() const { return table_; }
+  QueryBits Query(std::uint64_t i) const {
+    const std::uint64_t* const record = table_.Record(i);
+    return {{record + FileLayout::dataSlot, table_.numWords}, record[FileLayout::bitCountSlot]};
+  }
+  std::uint64_t* BitCount(std::uint64_t i) { return &words_[i * (table_.numWords + 2) + 1]; }
+
+ private:
+  static void SetBit(std::vector<std::uint64_t>& words, std::uint64_t bit, bool value) {
+    words[bit / 64] = (words[bit / 64] & ~(1ULL << bit % 64)) | (value ? 1ULL : 0ULL) << bit % 64;
+  }
+
+  RecordTable table_;
+  std::vector<std::uint64_t> words_;
+};
+
+std::vector<std::pair<unsigned, double>> Sorted(QXFPDatabaseHitList& hits) {
+  hits.Sort();
+  std::vector<std::pair<unsigned, double>> result;
+  for (const QXSimScore& hit : hits.GetHits()) result.emplace_back(hit.GetIdx(), hit.GetScore());
+  return result;
+}
+
+TEST(SlicedScan, FindsWhatTheLinearScanFinds) {
+  std::mt19937_64 random(3);
+  struct Shape {
+    std::uint64_t numWords, numRecords;
+    double density;
+  };
+  constexpr Shape shapes[] = {{1, 1, 0.5},     {4, 511, 0.1},    {16, 513, 0.03},  {32, 4096, 0.1},
+                              {32, 9001, 0.4}, {33, 4700, 0.02}, {1020, 700, 0.01}};
+  for (const Shape& shape : shapes) {
+    const SlicedRecords records(shape.numWords, shape.numRecords, shape.density, random);
+    const RecordTable& table = records.Table();
+    const auto index = SlicedIndex::Make(table, 2);
+    ASSERT_NE(index, nullptr);
+    for (unsigned measure = QXSimMeasure::Tanimoto; measure <= QXSimMeasure::Manhattan; ++measure) {
+      for (const unsigned limit : {1U, 10U, 300U, 0U}) {
+        QXFPDatabaseOptions options(limit, measure);
+        options.SetDescendingOrder(measure != QXSimMeasure::Manhattan);
+        if (random() % 2 == 0) options.SetCutoff(static_cast<float>(random() % 100) / 100.0F);
+        ASSERT_TRUE(CanSearchSlices(options));
+        const QueryBits query = records.Query(random() % shape.numRecords);
+        const auto linear = QXInitFPDatabaseHitList(table.numRecords, options);
+        SortedScan(table, query, options, *linear).Scan(0, table.numRecords);
+        const auto sliced = QXInitFPDatabaseHitList(table.numRecords, options);
+        const Scorer scorer(options, table.NumBits(), query.numSet);
+        const SlicedQuery slices(*index, query, scorer, options.GetDescendingOrder());
+        SortedScan scan(table, query, options, *sliced);
+        for (const std::uint32_t i : slices.bestFirst) scan.Scan(index->GetSuperblock(i), slices.bits);
+        ASSERT_EQ(Sorted(*sliced), Sorted(*linear))
+            << shape.numWords << " words, measure " << measure << ", limit " << limit;
+      }
+    }
+  }
+}
+
+TEST(SlicedScan, RecordsWithImpossibleBitCountsHaveNoIndex) {
+  std::mt19937_64 random(4);
+  SlicedRecords records(2, 100, 0.3, random);
+  *records.BitCount(70) = 129;
+  EXPECT_EQ(SlicedIndex::Make(records.Table(), 1), nullptr);
+  *records.BitCount(70) = 128;  // wrong, but searched as it is
+  EXPECT_NE(SlicedIndex::Make(records.Table(), 1), nullptr);
+}
+
+}  // namespace
