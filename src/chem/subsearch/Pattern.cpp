@@ -14,24 +14,48 @@
 namespace QXChem {
 namespace {
 
-// Bonds on a cycle of the pattern can only match ring bonds. A bond lies on none when its ends fall apart
-// without it. Patterns are small: a search for every bond will do.
-bool IsRingBond(const Query& query, const std::vector<std::vector<unsigned>>& bondsOfAtom, std::size_t bond) {
-  std::vector<char> reached(query.atoms.size(), 0);
-  std::vector<unsigned> stack = {query.bonds[bond].begin};
-  reached[stack[0]] = 1;
-  while (!stack.empty()) {
-    const unsigned atom = stack.back();
-    stack.pop_back();
-    for (const unsigned other : bondsOfAtom[atom]) {
-      if (other == bond) continue;
-      const unsigned next = query.bonds[other].begin ^ query.bonds[other].end ^ atom;
-      if (next == query.bonds[bond].end) return true;
-      if (!reached[next]) stack.push_back(next);
-      reached[next] = 1;
+// Bonds on a cycle of the pattern can only match ring bonds. A bond lies on none when it is the only way from
+// what a depth-first walk reaches through it back to where the walk came from. Tarjan 1974,
+// doi:10.1016/0020-0190(74)90003-9.
+std::vector<char> FindRingBonds(const Query& query, const std::vector<std::vector<unsigned>>& bondsOfAtom) {
+  struct Visit {
+    unsigned number = 0;  // in the order of the walk, from 1
+    unsigned lowest = 0;  // number that can be reached from here on without the bond taken to get here
+    unsigned bond = ~0U;
+    std::size_t next = 0;  // of the atom's bonds
+  };
+  std::vector<Visit> visits(query.atoms.size());
+  std::vector<char> isInRing(query.bonds.size(), 1);
+  std::vector<unsigned> path;
+  unsigned numVisited = 0;
+  const auto enter = [&](unsigned atom, unsigned bond) {
+    ++numVisited;
+    visits[atom] = {numVisited, numVisited, bond};
+    path.push_back(atom);
+  };
+  for (unsigned root = 0; root < query.atoms.size(); ++root) {
+    if (visits[root].number == 0) enter(root, ~0U);
+    while (!path.empty()) {
+      const unsigned atom = path.back();
+      Visit& here = visits[atom];
+      if (here.next < bondsOfAtom[atom].size()) {
+        const unsigned bond = bondsOfAtom[atom][here.next++];
+        const unsigned other = query.bonds[bond].begin ^ query.bonds[bond].end ^ atom;
+        if (visits[other].number == 0) {
+          enter(other, bond);
+        } else if (bond != here.bond) {
+          here.lowest = std::min(here.lowest, visits[other].number);
+        }
+        continue;
+      }
+      path.pop_back();
+      if (path.empty()) continue;
+      Visit& before = visits[path.back()];
+      before.lowest = std::min(before.lowest, here.lowest);
+      isInRing[here.bond] = here.lowest <= before.number;
     }
   }
-  return false;
+  return isInRing;
 }
 
 // What an atom of a molecule must not lack to have a bond of these classes.
@@ -87,28 +111,11 @@ class PatternCompiler {
 
  private:
   void CompileBonds() {
-    const bool hasRings = query_.bonds.size() >= query_.atoms.size() || HasCycle();
+    const std::vector<char> isInRing = FindRingBonds(query_, bondsOfAtom_);
     for (std::size_t i = 0; i < query_.bonds.size(); ++i) {
-      std::uint16_t classes = query_.bonds[i].classes;
-      if (hasRings && IsRingBond(query_, bondsOfAtom_, i)) classes &= ringBonds;
-      classes_.push_back(classes);
+      const std::uint16_t classes = query_.bonds[i].classes;
+      classes_.push_back(isInRing[i] ? classes & ringBonds : classes);
     }
-  }
-
-  // More bonds than a forest of the same components has.
-  bool HasCycle() const {
-    std::vector<unsigned> parent(query_.atoms.size());
-    for (unsigned i = 0; i < parent.size(); ++i) parent[i] = i;
-    const auto root = [&](unsigned i) {
-      while (parent[i] != i) i = parent[i] = parent[parent[i]];
-      return i;
-    };
-    return std::ranges::any_of(query_.bonds, [&](const QueryBond& bond) {
-      const unsigned a = root(bond.begin);
-      const unsigned b = root(bond.end);
-      parent[a] = b;
-      return a == b;
-    });
   }
 
   void CompileAtoms() {
