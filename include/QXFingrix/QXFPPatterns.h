@@ -14,20 +14,30 @@ namespace QXFingrix {
 
 class QXFPTypeBase;
 
-// Why a fingerprint has the bits that it has, and what two molecules share. Atoms and bonds are those of the
-// caller's molecule, as it is before it is prepared. The iterators find their elements one by one while they
-// advance, and own all they need: the molecules may go before them. Where a pattern matches in many ways there
-// may be very many elements; the number of pairs is their product.
-//
-// Errors   no type, or a kind that has no patterns: the empty iterator and a Warning, "%s is not available for
-//          Lingo fingerprint!" for Lingo. An invalid molecule: the empty iterator, silently.
-// Threads  safe; a single iterator is for one thread at a time.
+/// @file
+/// Why a fingerprint has the bits that it has, and what two molecules share. Atoms and bonds are those of the
+/// caller's molecule, as it is before it is prepared. The iterators find their elements one by one while they
+/// advance, and own all they need: the molecules may go before them. Where a pattern matches in many ways there
+/// may be very many elements; the number of pairs is their product.
+///
+/// Errors   no type, or a kind that has no patterns: the empty iterator and a Warning, "%s is not available for
+///          Lingo fingerprint!" for Lingo. More than 2,000,000 subgraphs of at most the largest distance of a
+///          graph fingerprint: the empty iterator and an Error. An invalid molecule: the empty iterator,
+///          silently.
+/// Memory   the subgraphs of graph fingerprints are kept, each in up to some 100 bytes, while an iterator
+//          lives.
+/// Cost     a pattern that matches n times is searched as long as its matches are asked for. Overlap searches
+///          molB again for every match in molA. Coverage of MACCS keys remembers the sets that it gave, to give
+///          each once: 8 bytes for every atom and bond of a set, and 40 more; sets of three or four atoms
+///          without bonds, by far the most, are not remembered.
+/// Threads  safe; a single iterator is for one thread at a time.
 
-/// A bit that is set, and why.
+/// What sets a bit.
 struct QXFPPattern {
   unsigned bit = 0;
-  std::string text;  ///< what the bit stands for: a SMARTS pattern, or words where there is none
+  std::string text;  ///< what it stands for: a SMARTS pattern, or words or a token where there is none
   QXSystem::QXIter<QXChem::QXAtomBondSet> matches;
+  unsigned id = 0;  ///< what is hashed into the bit; 0 for keys, of which each has its own
 };
 
 /// What corresponds to each other in two molecules: the n-th atom (bond) of one to the n-th atom (bond) of the
@@ -37,20 +47,31 @@ struct QXFPMatch {
   QXChem::QXAtomBondSet b;
 };
 
+/// Whether there are patterns, coverage and overlap for this kind of fingerprint; false for null. No report.
+QX_API bool QXHasFPPatterns(const QXFPTypeBase* type);
+
 /// Joins the matches of one pattern in two molecules.
 /// Errors   an empty match and one Warning when they have not as many atoms and bonds.
 QX_API QXFPMatch QXCombineMatches(const QXChem::QXAtomBondSet& a, const QXChem::QXAtomBondSet& b);
 
-/// The bits of a molecule's fingerprint in ascending order, each with its pattern and where it is found. The
-/// matches of a pattern of several equal parts, such as [#8].[#8], are those of one part.
+/// The patterns of a molecule's fingerprint by ascending bit, each with where it is found.
+///
+/// A MACCS key has one pattern; the matches of one of several equal parts, such as [#8].[#8], are those of one
+/// part. A pattern of a path, circular or tree fingerprint is what the subgraphs with one identifier have in
+/// common: its bit is id mod QXGetHashSize(numbits), its text the token of the unhashed kind for one of them,
+/// of an environment as its first atom sees it. The patterns that collide in a bit follow each other, by
+/// ascending identifier. A path is found from both its ends, mostly with two identifiers.
 QX_API QXSystem::QXIter<QXFPPattern> QXGetFPPatterns(const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 
-/// The sets of atoms and bonds that patterns match, each set once. With `unique` what an atom's element alone
-/// decides is found at the first atom of every element only.
+/// The sets of atoms and bonds that patterns match. For MACCS keys each set once, and with `unique` what an
+/// atom's element alone decides at the first atom of every element only. For graph fingerprints one set for
+/// each match, and with `unique` each set once.
 QX_API QXSystem::QXIter<QXChem::QXAtomBondSet> QXGetFPCoverage(const QXChem::QXMolBase& mol,
                                                                const QXFPTypeBase* type, bool unique);
 
-/// Every match of a pattern in molA beside every match of the same pattern in molB.
+/// Every match of a pattern in molA beside every match of the same pattern in molB. Graph fingerprints know a
+/// pattern by its identifier. The atoms and bonds of circular patterns correspond as a whole only, the first
+/// atoms, their centres, to each other: they may differ in number where a ring closes in one molecule only.
 QX_API QXSystem::QXIter<QXFPMatch> QXGetFPOverlap(const QXChem::QXMolBase& molA,
                                                   const QXChem::QXMolBase& molB, const QXFPTypeBase* type);
 

@@ -6,6 +6,10 @@
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeBase.h"
 #include "QXSystem/QXErrorHandler.h"
+#include "generators/GraphPatterns.h"
+#include "generators/PathSubstructures.h"
+#include "generators/circular/CircularSubstructures.h"
+#include "generators/tree/TreeSubstructures.h"
 
 namespace QXFingrix {
 namespace {
@@ -23,9 +27,23 @@ struct PatternRoutines {
   QXIter<QXFPMatch> (*overlap)(const QXMolBase& molA, const QXMolBase& molB, const QXFPTypeBase* type);
 };
 
+template <class Found>
+constexpr PatternRoutines RowOf() {
+  using Routines = GraphPatterns<Found>;
+  return {Found::kind.code, Routines::Patterns, Routines::Coverage, Routines::Overlap};
+}
+
 constexpr PatternRoutines kinds[] = {
+    RowOf<PathSubstructures>(),
+    RowOf<CircularSubstructures>(),
+    RowOf<TreeSubstructures>(),
     {QXFPType::MACCS166, QXGetMACCSFPPatterns, QXGetMACCSFPCoverage, QXGetMACCSFPOverlap},
 };
+
+const PatternRoutines* FindRoutines(const QXFPTypeBase& type) {
+  const auto found = std::ranges::find(kinds, type.GetFPType(), &PatternRoutines::code);
+  return found != std::end(kinds) ? found : nullptr;
+}
 
 // Null after a Warning that names the caller.
 const PatternRoutines* FindRoutines(const char* caller, const QXFPTypeBase* type) {
@@ -33,8 +51,7 @@ const PatternRoutines* FindRoutines(const char* caller, const QXFPTypeBase* type
     QXThrow.Warning("%s : no fingerprint type!", caller);
     return nullptr;
   }
-  const auto found = std::ranges::find(kinds, type->GetFPType(), &PatternRoutines::code);
-  if (found != std::end(kinds)) return found;
+  if (const PatternRoutines* found = FindRoutines(*type)) return found;
   if (type->GetFPType() == QXFPType::Lingo) {
     QXThrow.Warning("%s is not available for Lingo fingerprint!", caller);
   } else {
@@ -45,6 +62,10 @@ const PatternRoutines* FindRoutines(const char* caller, const QXFPTypeBase* type
 }
 
 }  // namespace
+
+bool QXHasFPPatterns(const QXFPTypeBase* type) {
+  return type && FindRoutines(*type);
+}
 
 QXFPMatch QXCombineMatches(const QXAtomBondSet& a, const QXAtomBondSet& b) {
   if (a.NumAtoms() == b.NumAtoms() && a.NumBonds() == b.NumBonds()) return {a, b};

@@ -14,6 +14,8 @@ class PreparedCopy {
   PreparedCopy(const QXChem::QXMolBase& mol, unsigned code);
 
   const QXChem::QXMolBase& Mol() const { return mol_; }
+  /// For more to be perceived.
+  QXChem::QXMolBase& Mol() { return mol_; }
   unsigned OriginalAtom(unsigned idx) const { return atoms_.empty() ? idx : atoms_[idx]; }
   unsigned OriginalBond(unsigned idx) const { return bonds_.empty() ? idx : bonds_[idx]; }
   /// The same atoms and bonds in the same order, by their indices in the caller's molecule.
