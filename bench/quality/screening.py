@@ -186,7 +186,8 @@ def check_measures(target, features):
     deviation = numpy.abs((auc(scores, active), bedroc(scores, active)) - values.mean(axis=0))
     error = values.std(axis=0) / numpy.sqrt(len(shuffled))
     print(f"check: AUC and BEDROC differ from RDKit's by {difference:.1e}, "
-          f"with ties by {deviation.max():.1e}, standard errors {error[0]:.1e} and {error[1]:.1e}", file=sys.stderr)
+          f"with ties by {deviation.max():.1e}, standard errors {error[0]:.1e} and {error[1]:.1e}",
+          file=sys.stderr)
     if difference > 1e-9 or (deviation > 5 * error + 1e-9).any():
         sys.exit("AUC or BEDROC differs from RDKit's")
 
