@@ -21,8 +21,8 @@ class QXFingerPrint;
 ///          once prepared has no key. No memory: std::bad_alloc.
 /// Threads  safe on different fingerprints; mol is only read.
 /// Cost     a few microseconds for a drug-like molecule, and a copy of a molecule that is not prepared.
-///          Patterns are compiled at the first call, which takes milliseconds. Where many atoms have many
-///          bonds the search for rings may take long.
+///          No graph takes more steps than its atoms times its bonds, times a constant; a graph without
+///          atoms of many bonds takes a number of steps proportional to its atoms.
 /// Source   Durant, Leland, Henry, Nourse, J. Chem. Inf. Comput. Sci. 2002, 42, 1273.
 QX_API bool QXMakeMACCS166FP(QXFingerPrint& fp, const QXChem::QXMolBase& mol);
 

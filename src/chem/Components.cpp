@@ -19,6 +19,7 @@ unsigned FloodFill(const QXMolBase& mol, unsigned* partOfAtom, Starts starts, Fo
   unsigned numParts = 0;
   ThreadScratch<Stack> scratch(mol);
   std::vector<unsigned>& stack = scratch->atoms;
+  stack.clear();  // a call that ran out of memory leaves its atoms
   for (const QXAtomBase& start : mol.Atoms()) {
     if (partOfAtom[start.GetIdx()] != 0 || !starts(start)) continue;
     partOfAtom[start.GetIdx()] = ++numParts;

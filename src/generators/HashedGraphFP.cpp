@@ -8,17 +8,14 @@
 namespace QXFingrix {
 
 bool HashedGraphFP::Make(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const TypeParams& given) const {
-  if (!mol.IsValid()) {
-    fp.SetFPTypeBase(nullptr);
-    return false;
-  }
+  fp.SetFPTypeBase(nullptr);  // until the bits are made, which can fail for lack of memory
+  if (!mol.IsValid()) return false;
   const TypeParams params = CorrectGraphParams(function, kind, CorrectNumBits(function, kind, given));
   if (!fp.SetSize(params.numbits)) throw std::bad_alloc();
   fp.ClearBits();
   // The modulus never exceeds the size, so every bit fits.
   if (!setBits(fp.GetWords(), mol, params)) {
     fp.ClearBits();
-    fp.SetFPTypeBase(nullptr);
     return false;
   }
   const TypeRow& row = *FindTypeRow(kind.code);

@@ -1,13 +1,11 @@
-// Most molecules never meet a matcher here: KeyFinder knows what all patterns ask. The patterns themselves are
-// matched where it has no answer, and by the tests, which hold it against them.
+// No molecule meets a matcher here: KeyFinder knows what all patterns ask. The patterns themselves explain keys
+// (MACCSPatterns.cpp), and the tests hold KeyFinder against them.
 
 #include <algorithm>
 #include <new>
-#include <vector>
 
 #include "QXChem/QXGraphMol.h"
 #include "QXChem/QXPerception.h"
-#include "QXChem/QXSubSearchTarget.h"
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPVersion.h"
 #include "QXFingrix/QXFingerPrint.h"
@@ -18,7 +16,6 @@
 #include "generators/maccs/KeyFinder.h"
 #include "generators/maccs/KeyRows.h"
 #include "generators/maccs/KeySet.h"
-#include "generators/maccs/MACCSKey.h"
 
 namespace QXFingrix {
 namespace {
@@ -37,18 +34,6 @@ void SetElementKeys(KeySet& keys, const QXMolBase& mol) {
   }
 }
 
-void MatchPatternKeys(KeySet& keys, const QXMolBase& mol) {
-  static const std::vector<MACCSKey> rows = MACCS166Keys();
-  const QXChem::QXSubSearchTarget target(mol);
-  for (const MACCSKey& row : rows) {
-    if (row.repeatKey == 0) {
-      if (row.search.SingleMatch(target)) keys.Set(row.key);
-    } else if (auto match = row.search.Match(target, true); match && ++match) {
-      keys.Set(row.repeatKey);
-    }
-  }
-}
-
 void SetPartKeys(KeySet& keys, const QXMolBase& mol) {
   WithScratch(mol.GetMaxAtomIdx() * sizeof(unsigned), [&](std::byte* memory) {
     unsigned* const parts = new (memory) unsigned[mol.GetMaxAtomIdx()];
@@ -63,7 +48,7 @@ void SetPartKeys(KeySet& keys, const QXMolBase& mol) {
 void QXMakeMACCS166SetBits(QXFingerPrint& fp, const QXMolBase& mol, KeyFinder& finder) {
   KeySet keys;
   SetElementKeys(keys, mol);
-  if (!finder.FindPatternKeys(keys, mol)) MatchPatternKeys(keys, mol);
+  finder.FindPatternKeys(keys, mol);
   SetPartKeys(keys, mol);
   std::ranges::copy(keys.Words(), fp.GetWords().begin());
 }
@@ -71,10 +56,8 @@ void QXMakeMACCS166SetBits(QXFingerPrint& fp, const QXMolBase& mol, KeyFinder& f
 }  // namespace
 
 bool QXMakeMACCS166FP(QXFingerPrint& fp, const QXMolBase& mol) {
-  if (!mol.IsValid()) {
-    fp.SetFPTypeBase(nullptr);
-    return false;
-  }
+  fp.SetFPTypeBase(nullptr);  // until the bits are made, which can fail for lack of memory
+  if (!mol.IsValid()) return false;
   if (!fp.SetSize(numMACCSKeys)) throw std::bad_alloc();
   fp.ClearBits();
   WorkspaceLease<Workspace> lease;

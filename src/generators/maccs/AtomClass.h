@@ -57,15 +57,16 @@ constexpr Word cQ2 = 1U << 29;            // carbon with at least two neighbours
 constexpr Word cC3 = 1U << 30;            // carbon with at least three neighbours C
 constexpr Word cDegree3 = Word{1} << 31;  // carbon with at least three neighbours
 constexpr Word cN = Word{1} << 32;        // carbon with a neighbour N
+constexpr unsigned numClassBits = 33;
 }  // namespace AtomClass
 
 /// How many neighbours of an atom are of each counted class: six bits a class, the highest of which stays
-/// clear while an atom has at most maxDegree neighbours.
+/// clear. From maxCount on they are not told apart.
 namespace NeighborCounts {
 using Word = std::uint64_t;
 
 constexpr unsigned laneBits = 6;
-constexpr unsigned maxDegree = 31;
+constexpr unsigned maxCount = 31;
 
 /// `count` neighbours of the class with this bit.
 constexpr Word Of(unsigned bit, unsigned count = 1) {
@@ -74,9 +75,15 @@ constexpr Word Of(unsigned bit, unsigned count = 1) {
 
 constexpr Word guards = [] {
   Word word = 0;
-  for (unsigned bit = 0; bit < AtomClass::numCountedBits; ++bit) word |= Of(bit, maxDegree + 1);
+  for (unsigned bit = 0; bit < AtomClass::numCountedBits; ++bit) word |= Of(bit, maxCount + 1);
   return word;
 }();
+
+/// Adds a neighbour, with at most 1 for every class.
+constexpr Word Add(Word counts, Word neighbor) {
+  const Word sum = counts + neighbor;
+  return sum - ((sum & guards) >> (laneBits - 1));
+}
 
 /// Whether there are at least as many neighbours of every class as required.
 constexpr bool Suffice(Word counts, Word required) {

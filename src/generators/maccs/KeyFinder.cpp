@@ -99,8 +99,8 @@ bool IsAromaticKind(unsigned kind) {
 
 }  // namespace
 
-bool KeyFinder::FindPatternKeys(KeySet& keys, const QXMolBase& mol) {
-  if (!GatherAtoms(mol)) return false;
+void KeyFinder::FindPatternKeys(KeySet& keys, const QXMolBase& mol) {
+  GatherAtoms(mol);
   GatherBonds(mol);
   CompleteWords(mol);
   ApplyAtomRules(keys);
@@ -109,19 +109,16 @@ bool KeyFinder::FindPatternKeys(KeySet& keys, const QXMolBase& mol) {
   CountBonds(keys, mol);
   FindSubstitutedAromaticBond(keys, mol);
   FindTwoHeteroMethylenes(keys, mol);
-  FindChainKeys(keys, mol, atoms_);
+  FindChainKeys(keys, mol, atoms_, bondKinds_);
   FindRingKeys(keys, mol, atoms_, bondKinds_);
-  return true;
 }
 
-bool KeyFinder::GatherAtoms(const QXMolBase& mol) {
+void KeyFinder::GatherAtoms(const QXMolBase& mol) {
   atoms_.clear();
   for (const QXAtomBase& atom : mol.Atoms()) {
-    if (atom.GetDegree() > NeighborCounts::maxDegree) return false;
     const AtomClass::Word word = OwnWord(atom);
     atoms_.push_back({word, AsNeighbor(word), 0});
   }
-  return true;
 }
 
 void KeyFinder::GatherBonds(const QXMolBase& mol) {
@@ -130,8 +127,8 @@ void KeyFinder::GatherBonds(const QXMolBase& mol) {
     bondKinds_.push_back(static_cast<std::uint8_t>(KindOf(bond)));
     AtomFacts& bgn = atoms_[bond.GetBgnIdx()];
     AtomFacts& end = atoms_[bond.GetEndIdx()];
-    bgn.neighbors += end.asNeighbor;
-    end.neighbors += bgn.asNeighbor;
+    bgn.neighbors = NeighborCounts::Add(bgn.neighbors, end.asNeighbor);
+    end.neighbors = NeighborCounts::Add(end.neighbors, bgn.asNeighbor);
   }
 }
 
@@ -175,13 +172,12 @@ void KeyFinder::ApplyAtomRules(KeySet& keys) const {
 // Bonds are gathered by kind and by the classes of one end first; there are fewer of these than bonds.
 void KeyFinder::ApplyBondRules(KeySet& keys, const QXMolBase& mol) const {
   using AtomClass::Word;
-  static constexpr unsigned numBits = 33;
   static const Word firstEnds = [] {
     Word word = 0;
     for (const BondRule& rule : GetBondRules()) word |= rule.first;
     return word;
   }();
-  std::array<std::array<Word, numBits>, BondKind::numKinds> otherEnds{};
+  std::array<std::array<Word, AtomClass::numClassBits>, BondKind::numKinds> otherEnds{};
   unsigned present = 0;
   const auto gather = [&](unsigned kind, Word first, Word second) {
     for (Word bits = first & firstEnds; bits != 0; bits &= bits - 1) {
@@ -224,8 +220,8 @@ void KeyFinder::CountBonds(KeySet& keys, const QXMolBase& mol) const {
     numHetero += (bgn & end & AtomClass::Q) != 0;
     numRing += IsRingKind(bondKinds_[bond.GetIdx()]) && ((bgn | end) & AtomClass::ringHetero) != 0;
   }
-  if (numHetero >= 2) keys.Set(130);
-  if (numRing >= 2) keys.Set(120);
+  if (numHetero >= 2) keys.Set(twoHeteroBondsKey);
+  if (numRing >= 2) keys.Set(twoRingHeteroBondsKey);
 }
 
 // *!:*:*!:*; the two substituents must not be the same atom.
@@ -238,7 +234,7 @@ void KeyFinder::FindSubstitutedAromaticBond(KeySet& keys, const QXMolBase& mol) 
     for (const QXNeighbor& first : mol.Neighbors(bond.GetBgnIdx())) {
       if (!isSubstituent(first)) continue;
       for (const QXNeighbor& second : mol.Neighbors(bond.GetEndIdx())) {
-        if (isSubstituent(second) && first.atom != second.atom) return keys.Set(144);
+        if (isSubstituent(second) && first.atom != second.atom) return keys.Set(substitutedAromaticBondKey);
       }
     }
   }
@@ -255,7 +251,7 @@ void KeyFinder::FindTwoHeteroMethylenes(KeySet& keys, const QXMolBase& mol) cons
         if (other.atom != hetero.atom) matches.Add({i, hetero.atom, other.atom});
       }
     }
-    if (matches.AreTwo()) return keys.Set(138);
+    if (matches.AreTwo()) return keys.Set(twoHeteroMethylenesKey);
   }
 }
 

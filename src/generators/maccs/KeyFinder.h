@@ -4,30 +4,23 @@
 #include <vector>
 
 #include "QXChem/QXMolBase.h"
-#include "generators/maccs/AtomClass.h"
+#include "generators/maccs/AtomFacts.h"
 #include "generators/maccs/KeySet.h"
 
 namespace QXFingrix {
 
-/// What the rules of the keys need to know of a molecule, taken once for all of them.
-struct AtomFacts {
-  AtomClass::Word word = 0;
-  NeighborCounts::Word asNeighbor = 0;  // what the atom adds to the counts of its neighbours
-  NeighborCounts::Word neighbors = 0;
-};
-
 /// Finds the keys of the patterns without matching them one by one: each rule (KeyRules.h) looks at what has
 /// been gathered of all atoms, bonds, short chains and small rings.
-/// Cost     a few microseconds for a drug-like molecule; buffers are kept.
+/// Cost     a few microseconds for a drug-like molecule; buffers are kept. Never more than atoms times bonds
+///          steps (PathSearch.h), and as many bytes as atoms take.
 class KeyFinder {
  public:
   /// Sets the key of every pattern of the table that matches, and of every counting one that matches twice.
   /// Shape    mol prepared; ring flags as perceived.
-  /// Returns  false, keys untouched, for an atom with more than NeighborCounts::maxDegree neighbours.
-  bool FindPatternKeys(KeySet& keys, const QXChem::QXMolBase& mol);
+  void FindPatternKeys(KeySet& keys, const QXChem::QXMolBase& mol);
 
  private:
-  bool GatherAtoms(const QXChem::QXMolBase& mol);
+  void GatherAtoms(const QXChem::QXMolBase& mol);
   void GatherBonds(const QXChem::QXMolBase& mol);
   void CompleteWords(const QXChem::QXMolBase& mol);
   void ApplyAtomRules(KeySet& keys) const;

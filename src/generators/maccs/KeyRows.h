@@ -27,6 +27,8 @@ inline unsigned KeyOfElement(unsigned atomicNum) {
 inline constexpr unsigned twoAromaticSystemsKey = 125;
 inline constexpr unsigned aromaticSystemKey = 162;
 inline constexpr unsigned twoComponentsKey = 166;
+/// Of the row with the pattern of row 146, [#8].[#8].
+inline constexpr unsigned sameAsRow146 = 159;
 inline constexpr unsigned numMACCSKeys = 166;
 
 }  // namespace QXFingrix

@@ -12,7 +12,7 @@ constexpr NeighborCounts::Word Next(Bits... bits) {
   return (NeighborCounts::Of(bits) + ...);
 }
 
-// A neighbour that is carbon, say, is one of any kind too: `more` more are required of any kind.
+// So many neighbours in all, those that the pattern names (Next) among them.
 constexpr NeighborCounts::Word Any(unsigned count) {
   return NeighborCounts::Of(anyBit, count);
 }
@@ -139,6 +139,17 @@ constexpr ChainRule chainRules[] = {
     {132, O, 2, CH2},    // [#8]~*~[#6H2]~*
 };
 
+constexpr RingRule ringRules[] = {
+    {8, Q, 4},     // [!#6;!#1]~1~*~*~*~1
+    {11, any, 4},  // *~1~*~*~*~1
+    {16, Q, 3},    // [!#6;!#1]~1~*~*~1
+    {19, any, 7},  // *~1~*~*~*~*~*~*~1
+    {22, any, 3},  // *~1~*~*~1
+    {83, Q, 5},    // [!#6;!#1]~1~*~*~*~*~1
+    {96, any, 5},  // *~1~*~*~*~*~1
+    {98, Q, 6},    // [!#6;!#1]~1~*~*~*~*~*~1
+};
+
 constexpr CountRule countRules[] = {
     {131, QH, 2},   // [!#6;!#1H].[!#6;!#1H]
     {140, O, 4},    // [#8].[#8].[#8].[#8]
@@ -159,6 +170,9 @@ std::span<const BondRule> GetBondRules() {
 }
 std::span<const ChainRule> GetChainRules() {
   return chainRules;
+}
+std::span<const RingRule> GetRingRules() {
+  return ringRules;
 }
 std::span<const CountRule> GetCountRules() {
   return countRules;

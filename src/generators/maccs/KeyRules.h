@@ -49,6 +49,13 @@ struct ChainRule {
   AtomClass::Word second;
 };
 
+/// Set by a ring of so many atoms, one of which is of the class, whether or not bonds cross the ring.
+struct RingRule {
+  unsigned key;
+  AtomClass::Word atom;
+  unsigned size;
+};
+
 /// Set by so many atoms of a class, wherever they are.
 struct CountRule {
   unsigned key;
@@ -59,6 +66,16 @@ struct CountRule {
 std::span<const AtomRule> GetAtomRules();
 std::span<const BondRule> GetBondRules();
 std::span<const ChainRule> GetChainRules();
+std::span<const RingRule> GetRingRules();
 std::span<const CountRule> GetCountRules();
+
+/// Keys of patterns that are no such rule.
+inline constexpr unsigned longRingChainKey = 101;            // *@*@*@*@*@*@*@*
+inline constexpr unsigned twoMethylenePairsKey = 118;        // [#6H2](~*)~*~[#6H2], twice
+inline constexpr unsigned twoRingHeteroBondsKey = 120;       // [#7,#8,#14,#16]@*, twice
+inline constexpr unsigned twoHeteroBondsKey = 130;           // [!#6;!#1]~[!#6;!#1], twice
+inline constexpr unsigned twoHeteroMethylenesKey = 138;      // [#6H2](~[!#6;!#1])~*, twice
+inline constexpr unsigned substitutedAromaticBondKey = 144;  // *!:*:*!:*
+inline constexpr unsigned twoSixRingsKey = 145;              // *~1~*~*~*~*~*~1, twice
 
 }  // namespace QXFingrix

@@ -1,5 +1,6 @@
 // Where the keys of a molecule are found. Fingerprints only ask whether a pattern matches; here its matches are
-// walked one after the other, since patterns of several parts can have more of them than memory holds.
+// walked one after the other, since patterns of several parts can have more of them than memory holds. Rows that
+// do not match are known from KeyFinder: a search for what is not there can be the longest of all.
 
 #include <algorithm>
 #include <map>
@@ -13,8 +14,10 @@
 #include "QXFingrix/QXFPType.h"
 #include "generators/PreparedCopy.h"
 #include "generators/SourceIter.h"
+#include "generators/maccs/KeyFinder.h"
 #include "generators/maccs/KeyRows.h"
 #include "generators/maccs/MACCSKey.h"
+#include "generators/maccs/SeenSets.h"
 
 namespace QXFingrix {
 namespace {
@@ -29,9 +32,14 @@ using Keys = std::vector<MACCSKey>;
 
 // A prepared copy, ready to be matched; shared by the iterators that refer to it.
 struct Subject {
-  explicit Subject(const QXMolBase& mol) : copy(mol, QXFPType::MACCS166), target(copy.Mol()) {}
+  explicit Subject(const QXMolBase& mol) : copy(mol, QXFPType::MACCS166), target(copy.Mol()) {
+    KeyFinder().FindPatternKeys(keys, copy.Mol());
+  }
 
   QXIter<QXAtomBondSet> Match(const QXSubSearch& search) const { return search.Match(target, true); }
+  bool IsSetBy(const MACCSKey& row) const { return keys.Has(row.repeatKey != 0 ? row.repeatKey : row.key); }
+  // Whether to look for matches; a counting row may have one although it sets no key.
+  bool MayMatch(const MACCSKey& row) const { return row.repeatKey != 0 || IsSetBy(row); }
   unsigned NumAtoms() const { return copy.Mol().NumAtoms(); }
   const QXAtomBase& Atom(unsigned idx) const { return copy.Mol().Atoms()[idx]; }
   QXAtomBondSet AtomSet(unsigned idx) const {
@@ -42,14 +50,13 @@ struct Subject {
 
   PreparedCopy copy;
   QXChem::QXSubSearchTarget target;
+  KeySet keys;  // of patterns
 };
 using SubjectPtr = std::shared_ptr<const Subject>;
 
-// Atoms and bonds as sets, in a form that can be ordered.
-using OrderedSet = std::pair<std::set<unsigned>, std::set<unsigned>>;
-
-OrderedSet ToOrdered(const QXAtomBondSet& set) {
-  return {{set.Atoms().begin(), set.Atoms().end()}, {set.Bonds().begin(), set.Bonds().end()}};
+// Three or four atoms without a bond come from one row only, which never repeats them, and are by far the most.
+bool CanBeSeenAgain(const QXAtomBondSet& set) {
+  return set.NumBonds() != 0 || set.NumAtoms() <= 2;
 }
 
 class CoverageSource {
@@ -61,7 +68,7 @@ class CoverageSource {
 
   bool Next(QXAtomBondSet& set) {
     while (NextCandidate(set)) {
-      if (seen_.insert(ToOrdered(set)).second) return true;
+      if (!CanBeSeenAgain(set) || seen_.Add(set)) return true;
     }
     return false;
   }
@@ -77,7 +84,8 @@ class CoverageSource {
     }
     while (!matches_) {
       if (row_ == keys_->size()) return false;
-      matches_ = subject_->Match((*keys_)[row_++].search);
+      const MACCSKey& row = (*keys_)[row_++];
+      if (row.key != sameAsRow146 && subject_->MayMatch(row)) matches_ = subject_->Match(row.search);
     }
     set = subject_->copy.Original(*matches_);
     ++matches_;
@@ -91,7 +99,7 @@ class CoverageSource {
   std::set<unsigned> elements_;
   std::size_t row_ = 0;
   QXIter<QXAtomBondSet> matches_;
-  std::set<OrderedSet> seen_;
+  SeenSets seen_;
 };
 
 class OverlapSource {
@@ -109,9 +117,10 @@ class OverlapSource {
         continue;
       }
       if (row_ == keys_->size()) return false;
-      const QXSubSearch& search = (*keys_)[row_++].search;
-      matchesA_ = a_->Match(search);
-      matchesB_ = matchesA_ ? b_->Match(search) : QXIter<QXAtomBondSet>();
+      const MACCSKey& row = (*keys_)[row_++];
+      if (!a_->MayMatch(row) || !b_->MayMatch(row)) continue;
+      matchesA_ = a_->Match(row.search);
+      matchesB_ = matchesA_ ? b_->Match(row.search) : QXIter<QXAtomBondSet>();
       if (!matchesB_) matchesA_ = {};
     }
     match = QXCombineMatches(a_->copy.Original(*matchesA_), b_->copy.Original(*matchesB_));
@@ -150,7 +159,7 @@ class MatchSource {
   using Value = QXAtomBondSet;
 
   MatchSource(SubjectPtr subject, const QXSubSearch& search)
-      : subject_(std::move(subject)), search_(search), matches_(subject_->Match(search_)) {}
+      : subject_(std::move(subject)), matches_(subject_->Match(search)) {}
 
   bool Next(QXAtomBondSet& set) {
     if (!matches_) return false;
@@ -161,14 +170,17 @@ class MatchSource {
 
  private:
   SubjectPtr subject_;
-  QXSubSearch search_;
   QXIter<QXAtomBondSet> matches_;
 };
 
-// The pattern, or one part of a pattern of equal parts.
-QXSubSearch OnePart(const QXSubSearch& search) {
-  const std::size_t dot = search.GetSmarts().find('.');
-  return dot == std::string::npos ? search : QXSubSearch(search.GetSmarts().substr(0, dot));
+// Of every row its pattern, or one part of a pattern of equal parts.
+std::vector<QXSubSearch> PartsOf(const Keys& keys) {
+  std::vector<QXSubSearch> parts;
+  for (const MACCSKey& row : keys) {
+    const std::size_t dot = row.smarts.find('.');
+    parts.push_back(dot == std::string::npos ? row.search : QXSubSearch(row.smarts.substr(0, dot)));
+  }
+  return parts;
 }
 
 std::string SmartsOfElements(unsigned key) {
@@ -196,12 +208,13 @@ void AddElements(PatternsByKey& patterns, const Subject& subject) {
   }
 }
 
-void AddRows(PatternsByKey& patterns, const SubjectPtr& subject, const Keys& keys) {
-  for (const MACCSKey& row : keys) {
-    auto match = subject->Match(row.search);
-    if (!match || (row.repeatKey != 0 && !++match)) continue;
+void AddRows(PatternsByKey& patterns, const SubjectPtr& subject, const Keys& keys,
+             const std::vector<QXSubSearch>& parts) {
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const MACCSKey& row = keys[i];
+    if (!subject->IsSetBy(row)) continue;
     AddPattern(patterns, row.repeatKey != 0 ? row.repeatKey : row.key, row.smarts,
-               MakeSourceIter(MatchSource(subject, OnePart(row.search))));
+               MakeSourceIter(MatchSource(subject, parts[i])));
   }
 }
 
@@ -242,11 +255,12 @@ void AddParts(PatternsByKey& patterns, const PreparedCopy& copy) {
 
 QXIter<QXFPPattern> QXGetMACCSFPPatterns(const QXMolBase& mol, const QXFPTypeBase*) {
   static const Keys keys = MACCS166Keys();
+  static const std::vector<QXSubSearch> parts = PartsOf(keys);
   if (!mol.IsValid()) return {};
   const auto subject = std::make_shared<const Subject>(mol);
   PatternsByKey byKey;
   AddElements(byKey, *subject);
-  AddRows(byKey, subject, keys);
+  AddRows(byKey, subject, keys, parts);
   AddParts(byKey, subject->copy);
   std::vector<QXFPPattern> patterns;
   for (auto& [key, pattern] : byKey) patterns.push_back(std::move(pattern));
