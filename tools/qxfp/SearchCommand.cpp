@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -9,11 +10,13 @@
 #include "MoleculeFile.h"
 #include "Numbers.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXFPPatterns.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
 #include "ScoreOptions.h"
 #include "SearchQuery.h"
 #include "SearchTarget.h"
+#include "SharedPatterns.h"
 
 namespace qxfp {
 
@@ -26,6 +29,7 @@ using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
 
 constexpr unsigned kDefaultLimit = 10;
+constexpr std::size_t kNumLargest = 3;  // shared patterns that a row names
 
 void Configure(QXSystem::QXInterface& itf) {
   itf.AddParameter(QXParameter("-in", QXParameterType::String)
@@ -43,6 +47,12 @@ void Configure(QXSystem::QXInterface& itf) {
           .SetDetail("\n\t0: one for every processor; for making the fingerprints of a molecule file, or for "
                      "searching a .fpbin file")
           .SetDefault("0"));
+  itf.AddParameter(QXParameter("-explain", QXParameterType::Unsigned)
+                       .SetBrief("For how many hits of each query the patterns shared with it are told")
+                       .SetDefault("0"));
+  itf.AddParameter(
+      QXParameter("-svg", QXParameterType::String)
+          .SetBrief("With -explain: folder for drawings of query and hit, what they share marked"));
   AddFingerprintFileOptions(itf);
   AddScoreOptions(itf);
   AddRowFormOption(itf);
@@ -51,10 +61,21 @@ void Configure(QXSystem::QXInterface& itf) {
   ConfigureFingerprintOptions(itf);
 }
 
+/// Which hits are explained, and where drawings go.
+struct Explaining {
+  unsigned numHits = 0;
+  std::filesystem::path folder;  // empty: no drawings
+};
+
 class Search {
  public:
-  Search(const SearchTarget& target, const SearchQueries& queries, unsigned precision, RowForm form)
-      : target_(target), queries_(queries), precision_(precision), form_(form) {}
+  Search(const SearchTarget& target, const SearchQueries& queries, unsigned precision, RowForm form,
+         Explaining explaining)
+      : target_(target),
+        queries_(queries),
+        precision_(precision),
+        form_(form),
+        explaining_(std::move(explaining)) {}
 
   ExitStatus Run() {
     const std::uint64_t groupSize = target_.GetGroupSize();
@@ -63,7 +84,7 @@ class Search {
     }
     if (numFailed_ > 0 && !HasSeveralQueries()) return CannotRun;
     Writer().Close();
-    return numFailed_ == 0 && target_.IsComplete() ? Done : SomeFailed;
+    return numFailed_ == 0 && numUnexplained_ == 0 && target_.IsComplete() ? Done : SomeFailed;
   }
 
  private:
@@ -111,6 +132,7 @@ class Search {
     if (!writer_) {
       std::vector<Column> columns = {{"rank", true}, {"index", true}, {"score", true}, {"title"}, {"smiles"}};
       if (HasSeveralQueries()) columns.insert(columns.begin(), {"query"});
+      if (explaining_.numHits > 0) columns.insert(columns.end(), {{"shared", true}, {"largest"}});
       writer_ = MakeRowWriter(form_, std::move(columns));
     }
     return *writer_;
@@ -118,23 +140,85 @@ class Search {
 
   void WriteHits(std::uint64_t i, const Hits& hits) {
     std::uint64_t rank = 0;
+    const bool isExplained = explaining_.numHits > 0 && hits && ReadQuery(i);
     for (const QXSimScore& hit : hits) {
       std::vector<std::string> cells = {std::to_string(++rank), std::to_string(hit.GetIdx()),
                                         FormatFixed(hit.GetScore(), precision_),
                                         target_.GetTitle(hit.GetIdx()), target_.GetSmiles(hit.GetIdx())};
       if (HasSeveralQueries()) cells.insert(cells.begin(), queries_.GetName(i));
+      if (explaining_.numHits > 0) {
+        cells.resize(cells.size() + 2);
+        if (isExplained && rank <= explaining_.numHits) Explain(i, rank, hit.GetIdx(), cells);
+      }
       Writer().Write(std::move(cells));
     }
+  }
+
+  // Reads the molecule of a query again, since a group of them was read before.
+  bool ReadQuery(std::uint64_t i) {
+    std::string reason;
+    const auto index = queries_.GetStoredIndex();
+    if (index ? ReadSmiles(mol_, target_.GetSmiles(*index), reason) : queries_.Read(mol_, i, reason)) {
+      ofQuery_ = FindPatterns(mol_, target_.GetFPTypeBase());
+      return true;
+    }
+    ReportUnexplained("the hits of query '" + queries_.GetName(i) + "'", reason);
+    return false;
+  }
+
+  // Fills the last two cells.
+  void Explain(std::uint64_t i, std::uint64_t rank, std::uint64_t index, std::vector<std::string>& cells) {
+    std::string reason;
+    const std::string name = "record " + std::to_string(index);
+    if (!ReadSmiles(hitMol_, target_.GetSmiles(index), reason)) return ReportUnexplained(name, reason);
+    FoundPatterns ofQuery = ofQuery_;
+    FoundPatterns ofHit = FindPatterns(hitMol_, target_.GetFPTypeBase());
+    KeepShared(ofQuery, ofHit);
+    cells[cells.size() - 2] = std::to_string(ofQuery.size());
+    for (const std::string& text : LargestPatterns(ofQuery, kNumLargest)) {
+      cells.back() += (cells.back().empty() ? "" : " ") + text;
+    }
+    if (explaining_.folder.empty()) return;
+    const std::string number = std::to_string(i + 1);
+    const std::filesystem::path file = "query" + number + "_rank" + std::to_string(rank) + ".svg";
+    const QXChem::QXDepiction depictions[] = {
+        {&mol_, CollectPatterns(LargePatterns(ofQuery)), "query " + number},
+        {&hitMol_, CollectPatterns(LargePatterns(ofHit)), name}};
+    if (!WriteDrawing(depictions, (explaining_.folder / file).string())) ++numUnexplained_;
+  }
+
+  void ReportUnexplained(const std::string& what, const std::string& reason) {
+    ++numUnexplained_;
+    QXSystem::QXThrow.Warning("%s cannot be explained: %s", what.c_str(), reason.c_str());
   }
 
   const SearchTarget& target_;
   const SearchQueries& queries_;
   unsigned precision_;
   RowForm form_;
+  Explaining explaining_;
   std::unique_ptr<RowWriter> writer_;
   QXChem::QXGraphMol mol_;
+  QXChem::QXGraphMol hitMol_;
+  FoundPatterns ofQuery_;
   std::uint64_t numFailed_ = 0;
+  std::uint64_t numUnexplained_ = 0;  // queries, hits and drawings
 };
+
+// Errors: false and a reason in words when the hits of such fingerprints cannot be explained.
+bool SetupExplaining(const QXSystem::QXInterface& itf, const QXFingrix::QXFPTypeBase* type,
+                     Explaining& explaining, std::string& reason) {
+  explaining.numHits = itf.Get<unsigned>("-explain");
+  if (itf.IsSet("-svg")) explaining.folder = itf.Get<std::string>("-svg");
+  if (explaining.numHits == 0) {
+    reason = "-svg draws what -explain explains";
+    return explaining.folder.empty();
+  }
+  reason = "-explain: fingerprints of type '" + type->GetFPTypeString() + "' cannot be explained";
+  if (!QXFingrix::QXHasFPPatterns(type)) return false;
+  reason = "-svg '" + explaining.folder.string() + "' is not a folder";
+  return explaining.folder.empty() || std::filesystem::is_directory(explaining.folder);
+}
 
 ExitStatus Run(const QXSystem::QXInterface& itf) {
   QXFPDatabaseOptions options;
@@ -147,7 +231,13 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   ExitStatus status = Done;
   const auto target = open(itf, options, status);
   if (!target) return status;
-  Search search(*target, queries, itf.Get<unsigned>("-precision"), GetRowForm(itf));
+  Explaining explaining;
+  std::string reason;
+  if (!SetupExplaining(itf, target->GetFPTypeBase(), explaining, reason)) {
+    QXSystem::QXThrow.Error("%s", reason.c_str());
+    return BadUsage;
+  }
+  Search search(*target, queries, itf.Get<unsigned>("-precision"), GetRowForm(itf), std::move(explaining));
   return search.Run();
 }
 
@@ -164,7 +254,10 @@ extern const Command searchCommand = {
     "(every molecule of it is searched for, and a first column names it), and otherwise a SMILES.\n"
     "Equal scores are ordered by index. A search in descending order without -cutoff leaves scores\n"
     "of 0 out. Scores are ordered as -descending says, whatever the measure; Manhattan is a distance.\n"
-    "Unhashed fingerprints are compared by Tanimoto only.\n",
+    "Unhashed fingerprints are compared by Tanimoto only.\n"
+    "-explain N adds, for the first N hits of each query, how many patterns of the fingerprint both\n"
+    "molecules have and the largest of them. -svg draws both, with the atoms and bonds of the large\n"
+    "shared patterns marked, in files named by query and rank.\n",
     Configure,
     Run};
 
