@@ -47,6 +47,10 @@ TEST(Depict, DrawsEveryBondAndHighlightsWhatIsAsked) {
   EXPECT_GT(oneAtom, 0u);
   EXPECT_GT(Count(QXDepictSVG({&depiction, 1}), highlightColor), oneAtom);
 
+  EXPECT_EQ(plain.find("<?xml version='1.0' encoding='UTF-8'?>"), 0u);
+  depiction.legend = "<sub>2 \xc2\xb5M & \xe6\xb0\xb4";
+  EXPECT_EQ(Count(QXDepictSVG({&depiction, 1}), ">&lt;sub>2 \xc2\xb5M &amp; \xe6\xb0\xb4</text>"), 1u);
+
   const QXDepiction both[] = {{&mol, {}, "left"}, {&mol, depiction.highlight, "right"}};
   EXPECT_NE(QXDepictSVG(both, 300, 200).find("width='600px' height='200px'"), std::string::npos);
 }
@@ -71,6 +75,11 @@ TEST(Depict, RefusesWithOneWarning) {
   QXAtomBondSet strangeAtom, strangeBond;
   strangeAtom.AddAtom(2);
   strangeBond.AddBond(1);
+  QXGraphMol dense;
+  for (unsigned i = 0; i < 46; ++i) {
+    dense.NewAtom(6);
+    for (unsigned j = 0; j < i; ++j) dense.NewBond(j, i, 1);
+  }
   const QXDepiction good{&ethane, {}, ""};
   const struct {
     std::vector<QXDepiction> depictions;
@@ -82,6 +91,10 @@ TEST(Depict, RefusesWithOneWarning) {
       {{{&empty, {}, ""}}, 450, "no molecule"},
       {{{&invalid, {}, ""}}, 450, "no molecule"},
       {{{&giant, {}, ""}}, 450, "501 atoms (at most 500)"},
+      {{{&dense, {}, ""}}, 450, "1035 bonds (at most 1000)"},
+      {{{&ethane, {}, "a\tb"}}, 450, "a legend with the control character 9 at byte 1"},
+      {{{&ethane, {}, "\xb5M"}}, 450, "a legend that is not UTF-8 at byte 0"},
+      {{{&ethane, {}, "\xef\xbf\xbf"}}, 450, "a legend with a noncharacter at byte 0"},
       {{{&ethane, strangeAtom, ""}}, 450, "a highlighted atom or bond that is not there"},
       {{{&ethane, strangeBond, ""}}, 450, "a highlighted atom or bond that is not there"},
       {std::vector<QXDepiction>(21, good), 450, "21 molecules (at most 20)"},

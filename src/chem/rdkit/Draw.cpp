@@ -5,7 +5,9 @@
 #include <GraphMol/MolOps.h>
 
 #include <algorithm>
+#include <locale>
 #include <new>
+#include <sstream>
 
 #include "chem/rdkit/Bridge.h"
 
@@ -32,6 +34,41 @@ RDKit::RWMol Layout(const QXMolBase& mol) {
   return target;
 }
 
+std::string EscapeForXML(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '<') {
+      escaped += "&lt;";
+    } else if (c == '&') {
+      escaped += "&amp;";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+// RDKit writes a legend byte by byte and takes some words in angle brackets for orders, so it is given a blank
+// that keeps the room, and the text is put there afterwards.
+std::string WriteLegends(std::span<const QXDepiction> depictions, unsigned width, unsigned height) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  for (std::size_t i = 0; i < depictions.size(); ++i) {
+    const std::string& legend = depictions[i].legend;
+    if (legend.empty()) continue;
+    text << "<text class='legend' x='" << (static_cast<double>(i) + 0.5) * width << "' y='" << 0.97 * height
+         << "' style='font-size:" << std::min(16.0, 1.6 * width / static_cast<double>(legend.size()))
+         << "px;font-family:sans-serif;text-anchor:middle;fill:#000000'>" << EscapeForXML(legend)
+         << "</text>\n";
+  }
+  return text.str();
+}
+
+// Throws std::out_of_range when the part is not there.
+void Replace(std::string& text, const std::string& part, const std::string& replacement) {
+  text.replace(text.find(part), part.size(), replacement);
+}
+
 std::vector<int> Sorted(std::span<const unsigned> values) {
   std::vector<int> sorted(values.begin(), values.end());
   std::ranges::sort(sorted);
@@ -54,7 +91,7 @@ std::string DrawWithRDKit(std::span<const QXDepiction> depictions, unsigned widt
     for (const QXDepiction& depiction : depictions) {
       mols.push_back(Layout(*depiction.mol));
       pointers.push_back(&mols.back());
-      legends.push_back(depiction.legend);
+      legends.emplace_back(depiction.legend.empty() ? "" : " ");
       atoms.push_back(Sorted(depiction.highlight.Atoms()));
       bonds.push_back(Sorted(depiction.highlight.Bonds()));
     }
@@ -65,7 +102,10 @@ std::string DrawWithRDKit(std::span<const QXDepiction> depictions, unsigned widt
     drawer.drawOptions().prepareMolsBeforeDrawing = false;
     drawer.drawMolecules(pointers, &legends, &atoms, &bonds);
     drawer.finishDrawing();
-    return drawer.getDrawingText();
+    std::string svg = drawer.getDrawingText();
+    Replace(svg, "iso-8859-1", "UTF-8");
+    Replace(svg, "</svg>", WriteLegends(depictions, width, height) + "</svg>");
+    return svg;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
