@@ -25,7 +25,7 @@ class QXFPTypeBase;
 ///          graph fingerprint: the empty iterator and an Error. An invalid molecule: the empty iterator,
 ///          silently.
 /// Memory   the subgraphs of graph fingerprints are kept, each in up to some 100 bytes, while an iterator
-//          lives.
+///          lives.
 /// Cost     a pattern that matches n times is searched as long as its matches are asked for. Overlap searches
 ///          molB again for every match in molA. Coverage of MACCS keys remembers the sets that it gave, to give
 ///          each once: 8 bytes for every atom and bond of a set, and 40 more; sets of three or four atoms

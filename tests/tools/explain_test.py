@@ -31,7 +31,8 @@ class ExplainTest(QxfpCase):
         self.assertEqual(row, {"key": "139", "pattern": "[#8H]", "matches": "1", "atoms": "1"})
         (row,) = self.explain("CC(=O)O", "OCC=O", "-key", "154", "-type", "MACCS166,ver=2.2.0")
         self.assertEqual(list(row.values()), ["154", "[#6]=[#8]", "1", "1,2", "1", "2,3"])
-        self.assertEqual(self.explain("C", "-key", "139"), [])
+        output, errors = self.run_qxfp("explain", "C", "CO", "-key", "139")
+        self.assertEqual((parse_tsv(output), errors), ([], b"qxfp: warning: key 139 is not set in A\n"))
         (record,) = json.loads(self.run_qxfp("explain", "CO", "-key", "139", "-out", "json")[0])
         self.assertEqual(record, {"key": 139, "pattern": "[#8H]", "matches": 1, "atoms": "1"})
 
@@ -60,9 +61,9 @@ class ExplainTest(QxfpCase):
         cases = [
             (["C1CC"], CANNOT_RUN, b"A 'C1CC': unclosed"),
             (["C", "C("], CANNOT_RUN, b"B 'C('"),
-            (["C", "-key", "167"], BAD_USAGE, b"-key 167 is above 166"),
-            (["C", "-key", "0"], BAD_USAGE, b"-key"),
-            (["C", "-type", "Path"], BAD_USAGE, b"cannot be explained, only MACCS166"),
+            (["C", "-key", "167"], BAD_USAGE, b"-key 167 is not from 1 to 166"),
+            (["C", "-key", "0"], BAD_USAGE, b"-key 0 is not from 1 to 166"),
+            (["C", "-type", "Lingo"], BAD_USAGE, b"cannot be explained"),
             (["C", "-type", "Pfad"], BAD_USAGE, b"no fingerprint type"),
             ([], BAD_USAGE, b""),
         ]
@@ -71,9 +72,11 @@ class ExplainTest(QxfpCase):
                 output, errors = self.run_qxfp("explain", *arguments, status=status)
                 self.assertEqual(output, b"")
                 self.assertIn(part, errors)
-        self.assertIn(b"cannot write 'no/out.svg'",
-                      self.run_qxfp("explain", "C", "-svg", "no/out.svg", status=CANNOT_RUN)[1])
-        self.assertIn(b"501 atoms", self.run_qxfp("explain", "C" * 501, "-svg", "out.svg", status=CANNOT_RUN)[1])
+        for smiles, name, part in [("C", "no/out.svg", b"cannot make 'no/out.svg'"),
+                                   ("C" * 501, "out.svg", b"501 atoms")]:
+            output, errors = self.run_qxfp("explain", smiles, "-svg", name, status=CANNOT_RUN)
+            self.assertEqual(output, b"")
+            self.assertIn(part, errors)
 
 
 if __name__ == "__main__":

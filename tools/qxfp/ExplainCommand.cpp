@@ -7,10 +7,10 @@
 #include "Command.h"
 #include "FingerprintOptions.h"
 #include "MoleculeFile.h"
+#include "PendingFile.h"
 #include "QXChem/QXDepict.h"
 #include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXFPPatterns.h"
-#include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
@@ -39,9 +39,7 @@ void Configure(QXInterface& itf) {
   itf.AddParameter(QXParameter(kSides[1], QXParameterType::String)
                        .SetBrief("SMILES of another one: only what both have is explained")
                        .SetKeyless(2));
-  itf.AddParameter(QXParameter("-key", QXParameterType::Unsigned)
-                       .SetBrief("Only this key, counted from 1")
-                       .SetLegalRange("1", "65535"));
+  itf.AddParameter(QXParameter("-key", QXParameterType::Unsigned).SetBrief("Only this key, counted from 1"));
   itf.AddParameter(QXParameter("-svg", QXParameterType::String)
                        .SetBrief("File for a drawing, with what is explained marked"));
   itf.AddParameter(QXParameter("-type", QXParameterType::String)
@@ -70,14 +68,18 @@ void Find(Side& side, const QXFingrix::QXFPTypeBase* type, unsigned onlyKey) {
     const unsigned key = pattern.bit + 1;
     if (onlyKey != 0 && key != onlyKey) continue;
     Found& found = side.found[key];
-    found.text = pattern.text;
+    found.text += (found.text.empty() ? "" : " ") + pattern.text;
     auto matches = pattern.matches;
     for (; matches && found.numMatches < kMaxMatches; ++matches, ++found.numMatches) {
       found.atoms.insert(matches->Atoms().begin(), matches->Atoms().end());
       found.bonds.insert(matches->Bonds().begin(), matches->Bonds().end());
     }
-    found.isComplete = !matches;
+    found.isComplete = found.isComplete && !matches;
   }
+}
+
+void WarnIfNotSet(const Side& side, const char* name, unsigned key) {
+  if (key != 0 && !side.found.contains(key)) QXThrow.Warning("key %u is not set in %s", key, name);
 }
 
 // Leaves in both what both have.
@@ -139,17 +141,26 @@ bool WriteDrawing(const std::vector<Side>& sides, const std::string& path, bool 
   }
   const std::string svg = QXChem::QXDepictSVG(depictions);
   if (svg.empty()) return false;  // reported
-  std::ofstream file(path, std::ios::binary);
-  if (file << svg << std::flush) return true;
-  QXThrow.Error("cannot write '%s'", path.c_str());
+  PendingFile file;
+  std::string reason;
+  if (!file.Create(path, reason)) {
+    QXThrow.Error("cannot make '%s': %s", path.c_str(), reason.c_str());
+    return false;
+  }
+  std::ofstream stream(file.GetName(), std::ios::binary);
+  if (!(stream << svg << std::flush)) {
+    QXThrow.Error("cannot write all of '%s'", path.c_str());
+    return false;
+  }
+  if (file.Commit(reason)) return true;
+  QXThrow.Error("cannot give the finished file the name '%s': %s", path.c_str(), reason.c_str());
   return false;
 }
 
 const QXFingrix::QXFPTypeBase* ChooseType(const QXInterface& itf, std::string& reason) {
-  if (!itf.IsSet("-type")) return QXFingrix::QXGetFPType(QXFingrix::QXFPType::MACCS166, false, 0);
   const QXFingrix::QXFPTypeBase* type = SetupFingerprintType(itf, reason);
-  if (!type || type->GetFPType() == QXFingrix::QXFPType::MACCS166) return type;
-  reason = "fingerprints of type '" + type->GetFPTypeString() + "' cannot be explained, only MACCS166";
+  if (!type || QXFingrix::QXHasFPPatterns(type)) return type;
+  reason = "fingerprints of type '" + type->GetFPTypeString() + "' cannot be explained";
   return nullptr;
 }
 
@@ -157,9 +168,9 @@ ExitStatus Run(const QXInterface& itf) {
   std::string reason;
   const QXFingrix::QXFPTypeBase* type = ChooseType(itf, reason);
   const unsigned key = itf.IsSet("-key") ? itf.Get<unsigned>("-key") : 0;
-  if (type && key > QXFingrix::QXGetFingerPrintSize(type)) {
-    reason =
-        "-key " + std::to_string(key) + " is above " + std::to_string(QXFingrix::QXGetFingerPrintSize(type));
+  if (const unsigned numKeys = type ? QXFingrix::QXGetFingerPrintSize(type) : 0;
+      type && itf.IsSet("-key") && (key == 0 || key > numKeys)) {
+    reason = "-key " + std::to_string(key) + " is not from 1 to " + std::to_string(numKeys);
     type = nullptr;
   }
   if (!type) {
@@ -174,10 +185,11 @@ ExitStatus Run(const QXInterface& itf) {
       return CannotRun;
     }
     Find(sides[i], type, key);
+    WarnIfNotSet(sides[i], kSideNames[i], key);
   }
   if (sides.size() > 1) KeepShared(sides[0], sides[1]);
-  WriteRows(sides, itf);
   if (itf.IsSet("-svg") && !WriteDrawing(sides, itf.Get<std::string>("-svg"), key != 0)) return CannotRun;
+  WriteRows(sides, itf);
   return Done;
 }
 

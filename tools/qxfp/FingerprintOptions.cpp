@@ -174,7 +174,7 @@ const char* FindFingerprintOption(const QXInterface& itf) {
 }
 
 const QXFPTypeBase* SetupFingerprintType(const QXInterface& itf, std::string& reason) {
-  return itf.IsSet("-type") ? TypeFromText(itf, reason) : TypeFromOptions(itf, reason);
+  return itf.HasValue("-type") ? TypeFromText(itf, reason) : TypeFromOptions(itf, reason);
 }
 
 bool CanMakeFingerprint(const QXFPTypeBase* type, std::string& reason) {
