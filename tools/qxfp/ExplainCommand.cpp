@@ -1,5 +1,4 @@
-#include <fstream>
-#include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -7,13 +6,14 @@
 #include "Command.h"
 #include "FingerprintOptions.h"
 #include "MoleculeFile.h"
-#include "PendingFile.h"
 #include "QXChem/QXDepict.h"
 #include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXFPPatterns.h"
+#include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
+#include "SharedPatterns.h"
 
 namespace qxfp {
 
@@ -28,9 +28,6 @@ using QXSystem::QXThrow;
 constexpr const char* kSides[] = {"-a", "-b"};
 constexpr const char* kSideNames[] = {"A", "B"};
 
-// A pattern can match in more ways than anybody reads.
-constexpr unsigned kMaxMatches = 10000;
-
 void Configure(QXInterface& itf) {
   itf.AddParameter(QXParameter(kSides[0], QXParameterType::String)
                        .SetBrief("SMILES of a molecule")
@@ -40,6 +37,7 @@ void Configure(QXInterface& itf) {
                        .SetBrief("SMILES of another one: only what both have is explained")
                        .SetKeyless(2));
   itf.AddParameter(QXParameter("-key", QXParameterType::Unsigned).SetBrief("Only this key, counted from 1"));
+  itf.AddParameter(QXParameter("-bit", QXParameterType::Unsigned).SetBrief("Only this bit, counted from 0"));
   itf.AddParameter(QXParameter("-svg", QXParameterType::String)
                        .SetBrief("File for a drawing, with what is explained marked"));
   itf.AddParameter(QXParameter("-type", QXParameterType::String)
@@ -48,44 +46,25 @@ void Configure(QXInterface& itf) {
   AddRowFormOption(itf);
 }
 
-// Where a key is found in a molecule.
-struct Found {
-  std::string text;
-  unsigned numMatches = 0;
-  bool isComplete = true;
-  std::set<unsigned> atoms;
-  std::set<unsigned> bonds;
-};
-using FoundByKey = std::map<unsigned, Found>;
-
 struct Side {
   QXChem::QXGraphMol mol;
-  FoundByKey found;
+  FoundPatterns found;
 };
 
-void Find(Side& side, const QXFingrix::QXFPTypeBase* type, unsigned onlyKey) {
-  for (const QXFingrix::QXFPPattern& pattern : QXFingrix::QXGetFPPatterns(side.mol, type)) {
-    const unsigned key = pattern.bit + 1;
-    if (onlyKey != 0 && key != onlyKey) continue;
-    Found& found = side.found[key];
-    found.text += (found.text.empty() ? "" : " ") + pattern.text;
-    auto matches = pattern.matches;
-    for (; matches && found.numMatches < kMaxMatches; ++matches, ++found.numMatches) {
-      found.atoms.insert(matches->Atoms().begin(), matches->Atoms().end());
-      found.bonds.insert(matches->Bonds().begin(), matches->Bonds().end());
-    }
-    found.isComplete = found.isComplete && !matches;
-  }
+// What is looked at: every bit or a single one, by its own name.
+struct Focus {
+  bool isKeys = true;
+  std::optional<unsigned> bit;
+};
+
+// How messages name a bit.
+std::string NameOf(const Focus& focus, unsigned bit) {
+  return focus.isKeys ? "key " + std::to_string(bit + 1) : "bit " + std::to_string(bit);
 }
 
-void WarnIfNotSet(const Side& side, const char* name, unsigned key) {
-  if (key != 0 && !side.found.contains(key)) QXThrow.Warning("key %u is not set in %s", key, name);
-}
-
-// Leaves in both what both have.
-void KeepShared(Side& a, Side& b) {
-  std::erase_if(a.found, [&](const auto& entry) { return !b.found.contains(entry.first); });
-  std::erase_if(b.found, [&](const auto& entry) { return !a.found.contains(entry.first); });
+void WarnIfNotSet(const Side& side, const char* name, const Focus& focus) {
+  if (!focus.bit || !side.found.empty()) return;
+  QXThrow.Warning("%s is not set in %s", NameOf(focus, *focus.bit).c_str(), name);
 }
 
 std::string Join(const std::set<unsigned>& values) {
@@ -94,8 +73,13 @@ std::string Join(const std::set<unsigned>& values) {
   return text;
 }
 
-void WriteRows(const std::vector<Side>& sides, const QXInterface& itf) {
-  std::vector<Column> columns = {{"key", true}, {"pattern"}};
+void WriteRows(const std::vector<Side>& sides, const Focus& focus, const QXInterface& itf) {
+  std::vector<Column> columns;
+  if (focus.isKeys) {
+    columns = {{"key", true}, {"pattern"}};
+  } else {
+    columns = {{"bit", true}, {"id", true}, {"pattern"}};
+  }
   for (std::size_t i = 0; i < sides.size(); ++i) {
     const std::string suffix = sides.size() == 1 ? "" : i == 0 ? "_a" : "_b";
     columns.push_back({"matches" + suffix, true});
@@ -103,12 +87,15 @@ void WriteRows(const std::vector<Side>& sides, const QXInterface& itf) {
   }
   const auto writer = MakeRowWriter(GetRowForm(itf), std::move(columns));
   for (const auto& [key, first] : sides[0].found) {
-    std::vector<std::string> cells = {std::to_string(key), first.text};
+    const auto [bit, id] = key;
+    std::vector<std::string> cells = {std::to_string(focus.isKeys ? bit + 1 : bit)};
+    if (!focus.isKeys) cells.push_back(std::to_string(id));
+    cells.push_back(first.text);
     for (std::size_t i = 0; i < sides.size(); ++i) {
-      const Found& found = sides[i].found.at(key);
+      const FoundPattern& found = sides[i].found.at(key);
       if (!found.isComplete) {
-        QXThrow.Warning("key %u: only the first %u matches in %s are counted", key, kMaxMatches,
-                        kSideNames[i]);
+        QXThrow.Warning("%s: only the first %u matches in %s are counted", NameOf(focus, bit).c_str(),
+                        kMaxMatches, kSideNames[i]);
       }
       cells.push_back(std::to_string(found.numMatches));
       cells.push_back(Join(found.atoms));
@@ -118,43 +105,41 @@ void WriteRows(const std::vector<Side>& sides, const QXInterface& itf) {
   writer->Close();
 }
 
-// Marks what has been found; of one molecule without a key that would be most of it, so nothing is marked.
-QXChem::QXDepiction Depict(const Side& side, const std::string& legend, bool isMarked) {
-  std::set<unsigned> atoms;
-  std::set<unsigned> bonds;
-  for (const auto& [key, found] : side.found) {
-    atoms.insert(found.atoms.begin(), found.atoms.end());
-    bonds.insert(found.bonds.begin(), found.bonds.end());
-  }
-  QXChem::QXDepiction depiction{&side.mol, {}, legend};
-  if (!isMarked) return depiction;
-  for (const unsigned atom : atoms) depiction.highlight.AddAtom(atom);
-  for (const unsigned bond : bonds) depiction.highlight.AddBond(bond);
-  return depiction;
-}
-
-bool WriteDrawing(const std::vector<Side>& sides, const std::string& path, bool isKeyGiven) {
+// Marks what is looked at, or what both share; of one molecule and every bit that would be most of it.
+bool Draw(const std::vector<Side>& sides, const Focus& focus, const std::string& path) {
   std::vector<QXChem::QXDepiction> depictions;
   for (std::size_t i = 0; i < sides.size(); ++i) {
-    depictions.push_back(
-        Depict(sides[i], sides.size() > 1 ? kSideNames[i] : "", isKeyGiven || sides.size() > 1));
+    QXChem::QXDepiction& depiction = depictions.emplace_back();
+    depiction.mol = &sides[i].mol;
+    if (sides.size() > 1) depiction.legend = kSideNames[i];
+    if (focus.bit || (sides.size() > 1 && focus.isKeys)) {
+      depiction.highlight = CollectPatterns(sides[i].found);
+    } else if (sides.size() > 1) {
+      depiction.highlight = CollectPatterns(LargePatterns(sides[i].found));
+    }
   }
-  const std::string svg = QXChem::QXDepictSVG(depictions);
-  if (svg.empty()) return false;  // reported
-  PendingFile file;
-  std::string reason;
-  if (!file.Create(path, reason)) {
-    QXThrow.Error("cannot make '%s': %s", path.c_str(), reason.c_str());
+  return WriteDrawing(depictions, path);
+}
+
+// Errors: false and a reason in words.
+bool ChooseFocus(const QXInterface& itf, const QXFingrix::QXFPTypeBase* type, Focus& focus,
+                 std::string& reason) {
+  focus.isKeys = type->GetFPType() == QXFingrix::QXFPType::MACCS166;
+  const char* const option = focus.isKeys ? "-key" : "-bit";
+  const char* const other = focus.isKeys ? "-bit" : "-key";
+  if (itf.IsSet(other)) {
+    reason = std::string(other) + " is not for fingerprints of type '" + type->GetFPTypeString() + "', " +
+             option + " is";
     return false;
   }
-  std::ofstream stream(file.GetName(), std::ios::binary);
-  if (!(stream << svg << std::flush)) {
-    QXThrow.Error("cannot write all of '%s'", path.c_str());
-    return false;
-  }
-  if (file.Commit(reason)) return true;
-  QXThrow.Error("cannot give the finished file the name '%s': %s", path.c_str(), reason.c_str());
-  return false;
+  if (!itf.IsSet(option)) return true;
+  const unsigned number = itf.Get<unsigned>(option);
+  const unsigned first = focus.isKeys ? 1 : 0;
+  const unsigned last = QXFingrix::QXGetFingerPrintSize(type) - 1 + first;
+  focus.bit = number - first;
+  reason = std::string(option) + " " + std::to_string(number) + " is not from " + std::to_string(first) +
+           " to " + std::to_string(last);
+  return number >= first && number <= last;
 }
 
 const QXFingrix::QXFPTypeBase* ChooseType(const QXInterface& itf, std::string& reason) {
@@ -167,12 +152,8 @@ const QXFingrix::QXFPTypeBase* ChooseType(const QXInterface& itf, std::string& r
 ExitStatus Run(const QXInterface& itf) {
   std::string reason;
   const QXFingrix::QXFPTypeBase* type = ChooseType(itf, reason);
-  const unsigned key = itf.IsSet("-key") ? itf.Get<unsigned>("-key") : 0;
-  if (const unsigned numKeys = type ? QXFingrix::QXGetFingerPrintSize(type) : 0;
-      type && itf.IsSet("-key") && (key == 0 || key > numKeys)) {
-    reason = "-key " + std::to_string(key) + " is not from 1 to " + std::to_string(numKeys);
-    type = nullptr;
-  }
+  Focus focus;
+  if (type && !ChooseFocus(itf, type, focus, reason)) type = nullptr;
   if (!type) {
     QXThrow.Error("%s", reason.c_str());
     return BadUsage;
@@ -184,12 +165,12 @@ ExitStatus Run(const QXInterface& itf) {
       QXThrow.Error("%s '%s': %s", kSideNames[i], smiles.c_str(), reason.c_str());
       return CannotRun;
     }
-    Find(sides[i], type, key);
-    WarnIfNotSet(sides[i], kSideNames[i], key);
+    sides[i].found = FindPatterns(sides[i].mol, type, focus.bit);
+    WarnIfNotSet(sides[i], kSideNames[i], focus);
   }
-  if (sides.size() > 1) KeepShared(sides[0], sides[1]);
-  if (itf.IsSet("-svg") && !WriteDrawing(sides, itf.Get<std::string>("-svg"), key != 0)) return CannotRun;
-  WriteRows(sides, itf);
+  if (sides.size() > 1) KeepShared(sides[0].found, sides[1].found);
+  if (itf.IsSet("-svg") && !Draw(sides, focus, itf.Get<std::string>("-svg"))) return CannotRun;
+  WriteRows(sides, focus, itf);
   return Done;
 }
 
@@ -200,8 +181,11 @@ extern const Command explainCommand = {
     "A [B]",
     "tell why bits of a fingerprint are set, and which atoms set them",
     "Lists the keys of A, or those that A and B share: the number of each, its pattern, in how many ways it\n"
-    "matches, and the atoms that take part, counted from 0 as in the SMILES. -svg draws the molecules, with\n"
-    "the atoms and bonds of -key, or of all shared keys, marked.\n",
+    "matches, and the atoms that take part, counted from 0 as in the SMILES. Of other fingerprints the "
+    "bits,\n"
+    "a row for every pattern, with its identifier, that sets one. -svg draws the molecules, with the atoms "
+    "and\n"
+    "bonds of -key or -bit, of all shared keys, or of the large shared patterns, marked.\n",
     Configure,
     Run};
 
