@@ -130,7 +130,7 @@ class HistogramTest(PairsCase):
     def test_one_record_has_no_pairs(self):
         self.run_qxfp("create", self.sample(1, "one.smi"), "one.fpbin")
         rows = parse_tsv(self.run_qxfp("histogram", "one.fpbin", "-bins", "2")[0])
-        self.assertEqual([(row["count"], row["fraction"]) for row in rows], [("0", "nan")] * 2)
+        self.assertEqual([(row["count"], row["fraction"]) for row in rows], [("0", "0.000000")] * 2)
 
 
 class RefusalTest(QxfpCase):
