@@ -1,4 +1,4 @@
-#include "fastfp/slices/SlicedScan.h"
+#include "fastfp/slices/SlicedQuery.h"
 
 #include <gtest/gtest.h>
 

@@ -15,8 +15,9 @@ namespace QXFingrix {
 /// Shape    superblocks of up to 4,096 records; a superblock has a column for each bit of a fingerprint and then
 ///          an empty one, each of 64 bytes for every block of 512 records.
 /// Threads  reading is safe from several threads.
-/// Source   columns instead of records: Kristensen, Nielsen, Pedersen, Algorithms Mol. Biol. 2010, 5, 9, keeps
-///          an inverted index of bits likewise.
+/// Source   bounds from bit counts: Swamidass, Baldi, J. Chem. Inf. Model. 2007, 47, 302; records found through
+///          the query's bits: Nasr, Vernica, Li, Baldi, J. Chem. Inf. Model. 2012, 52, 891. Columns of bits, and
+///          giving up on blocks of them, are our own.
 class SlicedIndex {
  public:
   static constexpr std::size_t blockRecords = 512;

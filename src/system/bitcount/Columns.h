@@ -12,8 +12,8 @@ using ColumnPiece [[gnu::may_alias]] = Column;
 constexpr std::size_t columnRecords = 64 * QXBitLists::columnWords;
 constexpr std::size_t pieceLanes = sizeof(Column) / sizeof(std::uint64_t);
 constexpr std::size_t numPieces = QXBitLists::columnWords / pieceLanes;
-// Counts of a piece come out as 16 vectors of 16-bit counts. That two records' bits stand so far apart in a
-// column that they come out side by side is what RecordAt sees to.
+// Counts of a piece come out as 16 vectors of 16-bit counts, transposed 16 bits by 16. The bits of a block's
+// records stand in the order that turns this into the order of the records.
 constexpr std::size_t numPlanes = 16;
 constexpr std::size_t rowRecords = columnRecords / numPlanes;
 

@@ -8,7 +8,8 @@
 
 namespace QXFingrix {
 
-/// A query in the form that searches of an index read: prepared once for all threads.
+/// A query in the form that searches of an index read: prepared once for all threads, which then scan superblocks with
+/// SortedScan::Scan().
 struct SlicedQuery {
   SlicedQuery(const SlicedIndex& index, const QueryBits& query, const Scorer& scorer, bool descending);
 
