@@ -1,12 +1,9 @@
 #include <span>
-#include <vector>
 
-#include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXCircularFP.h"
-#include "QXFingrix/QXFPAtomLabels.h"
-#include "QXFingrix/QXPrepareForFingerprinting.h"
 #include "QXFingrix/QXPrimes.h"
 #include "generators/HashedGraphFP.h"
+#include "generators/HashedGraphWorkspace.h"
 #include "generators/WorkspaceLease.h"
 #include "generators/circular/CircularKind.h"
 #include "generators/circular/HashedCircularWalk.h"
@@ -14,22 +11,12 @@
 namespace QXFingrix {
 namespace {
 
-// What a thread keeps between calls: after the first few molecules a call allocates nothing.
-struct Workspace {
-  QXChem::QXGraphMol mol;
-  std::vector<unsigned> atomLabels;
-  std::vector<unsigned> bondLabels;
-  HashedCircularWalk walk;
-};
-
 bool SetCircularBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const TypeParams& params) {
-  WorkspaceLease<Workspace> lease;
-  auto& [copy, atomLabels, bondLabels, walk] = lease.Get();
-  copy = mol;
-  QXPrepareForFingerprinting(copy, QXFPType::Circular);
-  // Chirality is perceived with the classes of the prepared molecule, not with some that came along.
-  copy.ForgetPerceived(QXChem::QXPerceived::Symmetry);
-  QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
+  WorkspaceLease<HashedGraphWorkspace<HashedCircularWalk>> lease;
+  auto& workspace = lease.Get();
+  auto& [copy, atomLabels, bondLabels, walk] = workspace;
+  workspace.Prepare(mol, QXFPType::Circular);
+  workspace.Label(params);
   walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels, params.minDistance,
                params.maxDistance);
   if (!IsGiant(mol)) lease.GiveBack();

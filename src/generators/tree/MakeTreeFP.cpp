@@ -1,12 +1,9 @@
 #include <span>
-#include <vector>
 
-#include "QXChem/QXGraphMol.h"
-#include "QXFingrix/QXFPAtomLabels.h"
-#include "QXFingrix/QXPrepareForFingerprinting.h"
 #include "QXFingrix/QXPrimes.h"
 #include "QXFingrix/QXTreeFP.h"
 #include "generators/HashedGraphFP.h"
+#include "generators/HashedGraphWorkspace.h"
 #include "generators/WorkspaceLease.h"
 #include "generators/tree/HashedTreeWalk.h"
 #include "generators/tree/TreeKind.h"
@@ -16,22 +13,12 @@ namespace {
 
 constexpr const char* function = "QXMakeTreeFP";
 
-// What a thread keeps between calls: after the first few molecules a call allocates nothing.
-struct Workspace {
-  QXChem::QXGraphMol mol;
-  std::vector<unsigned> atomLabels;
-  std::vector<unsigned> bondLabels;
-  HashedTreeWalk walk;
-};
-
 bool SetTreeBits(std::span<std::uint64_t> words, const QXChem::QXMolBase& mol, const TypeParams& params) {
-  WorkspaceLease<Workspace> lease;
-  auto& [copy, atomLabels, bondLabels, walk] = lease.Get();
-  copy = mol;
-  QXPrepareForFingerprinting(copy, QXFPType::Tree);
-  // Chirality is perceived with the classes of the prepared molecule, not with some that came along.
-  copy.ForgetPerceived(QXChem::QXPerceived::Symmetry);
-  QXGetFingerprintAtomTypes(atomLabels, bondLabels, copy, params.atype, params.btype);
+  WorkspaceLease<HashedGraphWorkspace<HashedTreeWalk>> lease;
+  auto& workspace = lease.Get();
+  auto& [copy, atomLabels, bondLabels, walk] = workspace;
+  workspace.Prepare(mol, QXFPType::Tree);
+  workspace.Label(params);
   const bool done = walk.SetBits(words, QXGetHashSize(params.numbits), copy, atomLabels, bondLabels,
                                  params.minDistance, params.maxDistance);
   if (!IsGiant(mol)) lease.GiveBack();
