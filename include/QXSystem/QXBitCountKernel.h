@@ -9,6 +9,12 @@
 
 namespace QXSystem {
 
+/// Counts of columns, kept by a kernel from startColumns() to writeColumns().
+struct QXColumnCounts {
+  static constexpr std::size_t step = 16;  ///< columns that are best added at once
+  alignas(64) unsigned char memory[18 * 64];
+};
+
 /// The bit-count routines of one instruction set. All of them give the same counts.
 /// Threads  all functions are safe on disjoint outputs.
 struct QXBitCountKernel {
@@ -44,25 +50,27 @@ struct QXBitCountKernel {
                      std::size_t bothStride, bool* reaches);
 
   /// Turns a block of at most 512 records on its side: column c, with a bit for each record, says which of them
-  /// have bit c. The bits stand in an order of their own, the same for every kernel, that suits countColumns.
+  /// have bit c. The bits stand in an order of their own, the same for every kernel, that suits addColumns.
   /// Shape    records: pointers to numRecords records of numWords words; columns: 64 numWords columns of
-  ///          QXBitLists::columnWords words, stride words apart, 64-byte aligned. Columns of a block that is not
-  ///          full repeat its last record.
+  ///          QXBitLists::columnWords words, 64-byte aligned. Columns of a block that is not full repeat its last
+  ///          record.
   /// Cost     O(numWords), 9 KiB of stack.
   void (*makeColumns)(const std::uint64_t* const* records, std::size_t numRecords, std::size_t numWords,
-                      std::uint64_t* columns, std::size_t stride);
+                      std::uint64_t* columns);
 
-  /// Counts the bits that a query shares with each record of up to QXBitLists::maxBlocks blocks, from the
-  /// columns of the query's set bits. Bit i of the result says whether a record of block i reaches least[i];
-  /// counts of such a block that are below it may come out as 0, and other blocks are not written. Each block is
-  /// given up as soon as no record can reach its least: columns that few records have should come first.
-  /// Shape    columns: as makeColumns made them, those of neighbouring blocks columnWords words apart; bits:
-  ///          which, fewer than 2^16 and a multiple of QXBitLists::padding of them; least: one for each block;
-  ///          both: a count for each record.
-  /// Cost     O(bits) for each block, no allocation.
-  unsigned (*countColumns)(const std::uint64_t* columns, std::size_t stride,
-                           std::span<const std::uint16_t> bits, const std::uint32_t* least,
-                           std::size_t numRecords, std::uint32_t* both);
+  /// Starts to count, for each record of a block, how many of some columns it has.
+  void (*startColumns)(QXColumnCounts& counts);
+
+  /// Adds columns of the block. The result says whether a record may have at least `least` of all that were
+  /// added: if not, the block can be given up. Counts below least may come out as 0 from then on.
+  /// Shape    columns: as makeColumns made them; bits: which, 8 or 16 of them; next: columns that the
+  ///          processor is to fetch from memory meanwhile, or none. In all fewer than 2^16 columns are added.
+  bool (*addColumns)(QXColumnCounts& counts, const std::uint64_t* columns,
+                     std::span<const std::uint16_t> bits, std::span<const std::uint16_t> next,
+                     std::uint32_t least);
+
+  /// Writes the counts of the first numRecords records of the block.
+  void (*writeColumns)(const QXColumnCounts& counts, std::size_t numRecords, std::uint32_t* both);
 
   /// Counts the bits of two vectors of numWords words, and those that they share, in one pass.
   void (*countPair)(const std::uint64_t* a, const std::uint64_t* b, std::size_t numWords, std::uint64_t* ofA,

@@ -19,7 +19,6 @@ class QX_API QXBitLists {
   static constexpr std::uint16_t sliceBits = 64 * sliceWords;
   /// Words of a column, see QXBitCountKernel::makeColumns: one bit for each record of a block.
   static constexpr std::size_t columnWords = 8;
-  static constexpr std::size_t maxBlocks = 8;  ///< that are counted side by side
 
   QXBitLists() = default;
   /// Shape    num vectors of numWords words each, stride words apart.

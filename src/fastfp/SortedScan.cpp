@@ -84,36 +84,6 @@ void SortedScan::Scan(std::uint64_t begin, std::uint64_t end) {
   ScanCandidates(records_, query_, scorer_, filter_, begin, end, hits_);
 }
 
-void SortedScan::Scan(const SlicedIndex::Superblock& superblock, std::span<const std::uint16_t> bits) {
-  const auto& [columns, stride, bitCounts, places] = superblock;
-  filter_.SetBar(hits_.GetBar().GetScore());
-  const auto nearest = std::clamp<std::uint64_t>(query_.numSet, bitCounts.front(), bitCounts.back());
-  if (!filter_.CanPass(static_cast<std::uint32_t>(nearest))) return;
-
-  constexpr std::size_t blockRecords = SlicedIndex::blockRecords;
-  std::array<std::uint32_t, SlicedIndex::superblockRecords / blockRecords> least;
-  for (std::size_t first = 0; first < places.size(); first += blockRecords) {
-    least[first / blockRecords] = filter_.LeastShared(static_cast<float>(bitCounts[first]));
-  }
-  std::array<std::uint32_t, SlicedIndex::superblockRecords> shared;
-  const unsigned reached = QXSystem::QXGetBitCountKernel().countColumns(columns, stride, bits, least.data(),
-                                                                        places.size(), shared.data());
-  for (std::size_t block = 0; reached >> block != 0; ++block) {
-    if ((reached >> block & 1) == 0) continue;
-    const std::size_t first = block * blockRecords;
-    const std::size_t size = std::min(blockRecords, places.size() - first);
-    std::array<float, blockRecords> recordBits;
-    std::ranges::copy(bitCounts.subspan(first, size), recordBits.begin());
-    filter_.OfferPassing(
-        static_cast<std::uint32_t>(size), recordBits.data(), &shared[first],
-        [&](std::uint32_t i) { return scorer_(bitCounts[first + i], shared[first + i]); },
-        [&](std::uint32_t i) {
-          return static_cast<unsigned>(records_.Record(places[first + i])[FileLayout::indexSlot]);
-        },
-        hits_);
-  }
-}
-
 std::uint32_t SortedScan::LeastShared(float minBitCount) {
   filter_.SetBar(hits_.GetBar().GetScore());
   return filter_.LeastShared(minBitCount);

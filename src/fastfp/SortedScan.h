@@ -7,7 +7,6 @@
 #include "fastfp/RecordScan.h"
 #include "fastfp/Scorer.h"
 #include "fastfp/SimSearchResultImpl.h"
-#include "fastfp/slices/SlicedIndex.h"
 #include "similarity/CandidateFilter.h"
 
 namespace QXFingrix {
@@ -30,9 +29,6 @@ class SortedScan {
   void Scan(std::uint64_t begin, std::uint64_t end);
   /// The same, and counts the score of every record.
   void Scan(std::uint64_t begin, std::uint64_t end, QXFPHistogram& histogram);
-  /// Offers the records of a superblock that can become hits.
-  /// Shape    bits: the query's, as SlicedIndex::RarestFirst gives them.
-  void Scan(const SlicedIndex::Superblock& superblock, std::span<const std::uint16_t> bits);
 
   /// For callers that count shared bits themselves: no record of at least minBitCount bits becomes a hit with
   /// fewer of them than this.

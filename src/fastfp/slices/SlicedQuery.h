@@ -3,21 +3,19 @@
 #include <cstdint>
 #include <vector>
 
-#include "fastfp/SortedScan.h"
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "fastfp/RecordScan.h"
+#include "fastfp/Scorer.h"
 #include "fastfp/slices/SlicedIndex.h"
 
 namespace QXFingrix {
 
-/// A query in the form that searches of an index read: prepared once for all threads, which then scan superblocks with
-/// SortedScan::Scan().
+/// A query in the form in which an index is searched, made once for all threads.
 struct SlicedQuery {
   SlicedQuery(const SlicedIndex& index, const QueryBits& query, const Scorer& scorer, bool descending);
 
-  std::vector<std::uint16_t> bits;       // rarest first
-  std::vector<std::uint32_t> bestFirst;  // superblocks by the best score that their bit counts allow
+  std::vector<std::uint16_t> bits;       // that are set, rarest first, then padding
+  std::vector<std::uint32_t> bestFirst;  // blocks by the best score that their bit counts allow
 };
-
-/// Whether a search may use an index: the better a score is, the more bits are shared.
-bool CanSearchSlices(const QXFPDatabaseOptions& options);
 
 }  // namespace QXFingrix

@@ -77,7 +77,8 @@ QXBitCountKernel GetAvx2Kernel() {
   return {"avx2",       [] { return __builtin_cpu_supports("avx2") != 0; },
           Count,        CountAnd,
           CountLists,   MakeColumns,
-          CountColumns, CountPair};
+          StartColumns, AddColumns,
+          WriteColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -49,7 +49,8 @@ QXBitCountKernel GetAvx512Kernel() {
   const auto isSupported = [] {
     return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vpopcntdq");
   };
-  return {"avx512", isSupported, Count, CountAnd, CountLists, MakeColumns, CountColumns, CountPair};
+  return {"avx512",    isSupported,  Count,      CountAnd,     CountLists,
+          MakeColumns, StartColumns, AddColumns, WriteColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -49,7 +49,8 @@ QXBitCountKernel GetPopcntKernel() {
   return {"popcnt",     [] { return __builtin_cpu_supports("popcnt") != 0; },
           Count,        CountAnd,
           CountLists,   MakeColumns,
-          CountColumns, CountPair};
+          StartColumns, AddColumns,
+          WriteColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

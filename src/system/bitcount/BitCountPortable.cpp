@@ -79,7 +79,8 @@ using Column = Lanes::Vector;
 }  // namespace
 
 QXBitCountKernel GetPortableKernel() {
-  return {"portable", [] { return true; }, Count, CountAnd, CountLists, MakeColumns, CountColumns, CountPair};
+  return {"portable",  [] { return true; }, Count,      CountAnd,     CountLists,
+          MakeColumns, StartColumns,        AddColumns, WriteColumns, CountPair};
 }
 
 }  // namespace QXSystem::BitCount

@@ -54,97 +54,73 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
-// The counting of a few blocks side by side, sixteen columns at a time: a column's parts for neighbouring
-// blocks lie side by side too. Pieces that cannot reach the least any more are left behind.
+// The counting of a block's columns, sixteen at a time. Pieces that cannot reach the least any more are left
+// behind.
 class BlockCounts {
  public:
-  /// parts: room for the counts of the blocks' pieces.
-  QX_KERNEL_TARGET BlockCounts(const std::uint64_t* columns, std::size_t stride, std::size_t numBlocks,
-                               ColumnCounts* parts)
-      : columns_(columns),
-        stride_(stride),
-        numBlocks_(numBlocks),
-        numAlive_(numBlocks * numPieces),
-        parts_(parts) {
-    for (std::size_t i = 0; i < numAlive_; ++i) alive_[i] = static_cast<std::uint8_t>(i);
-  }
+  static constexpr std::size_t step = 16;
 
-  /// least: for each block. Whether a piece is left.
-  QX_KERNEL_TARGET bool Count(std::span<const std::uint16_t> bits, const std::uint32_t* least) {
-    if (bits.empty()) return !least || *std::min_element(least, least + numBlocks_) == 0;
-    Prefetch(bits.first(std::min(bits.size(), 2 * step)));
-    while (!bits.empty() && numAlive_ > 0) {
-      if (bits.size() > 2 * step) Prefetch(bits.subspan(2 * step, std::min(bits.size() - 2 * step, step)));
-      const auto next = bits.first(std::min(bits.size(), step));
-      bits = bits.subspan(next.size());
-      std::size_t numAlive = 0;
-      for (std::size_t i = 0; i < numAlive_; ++i) {
-        const std::size_t part = alive_[i];
-        const std::uint32_t wanted = least ? least[part / numPieces] : 0;
-        parts_[part].Add(columns_ + part * pieceLanes, stride_, next);
-        if (wanted > bits.size() && !parts_[part].Reach(wanted - static_cast<std::uint32_t>(bits.size()))) {
-          parts_[part].Clear();
-        } else {
-          alive_[numAlive++] = static_cast<std::uint8_t>(part);
-        }
-      }
-      numAlive_ = numAlive;
-    }
-    return numAlive_ > 0;
-  }
-
-  bool IsAlive(std::size_t block) const {
-    return std::any_of(alive_, alive_ + numAlive_,
-                       [&](std::size_t part) { return part / numPieces == block; });
-  }
-
-  QX_KERNEL_TARGET void Write(std::size_t block, std::uint32_t* both, std::size_t size, bool isAdding) const {
+  /// Adds up to `step` columns. Whether a record may have at least so many of them.
+  QX_KERNEL_TARGET bool Add(const std::uint64_t* columns, std::span<const std::uint16_t> bits,
+                            std::span<const std::uint16_t> next, std::uint32_t least) {
+    bool isAlive = false;
     for (std::size_t piece = 0; piece < numPieces; ++piece) {
-      parts_[block * numPieces + piece].Write(both, piece, size, isAdding);
+      if (isDead_[piece]) continue;
+      parts_[piece].Add(columns + piece * pieceLanes, bits, next);
+      next = {};  // a line of memory holds all pieces of a column
+      if (least != 0 && !parts_[piece].Reach(least)) {
+        parts_[piece].Clear();
+        isDead_[piece] = true;
+      } else {
+        isAlive = true;
+      }
     }
+    return isAlive;
+  }
+
+  QX_KERNEL_TARGET void Write(std::uint32_t* both, std::size_t size, bool isAdding) const {
+    for (std::size_t piece = 0; piece < numPieces; ++piece) parts_[piece].Write(both, piece, size, isAdding);
   }
 
  private:
-  static constexpr std::size_t step = 16;
-
-  QX_KERNEL_TARGET void Prefetch(std::span<const std::uint16_t> bits) const {
-    if (numBlocks_ == 1) return;  // a panel, in the caches already
-    for (const std::uint16_t bit : bits) {
-      for (std::size_t block = 0; block < numBlocks_; ++block) {
-        __builtin_prefetch(columns_ + bit * stride_ + block * QXBitLists::columnWords);
-      }
-    }
-  }
-
-  const std::uint64_t* columns_;
-  std::size_t stride_;
-  std::size_t numBlocks_;
-  std::size_t numAlive_;
-  ColumnCounts* parts_;
-  std::uint8_t alive_[QXBitLists::maxBlocks * numPieces];
+  ColumnCounts parts_[numPieces];
+  bool isDead_[numPieces]{};
 };
 
-QX_KERNEL_TARGET unsigned CountColumns(const std::uint64_t* columns, std::size_t stride,
-                                       std::span<const std::uint16_t> bits, const std::uint32_t* least,
-                                       std::size_t numRecords, std::uint32_t* both) {
-  const std::size_t numBlocks = (numRecords + columnRecords - 1) / columnRecords;
-  ColumnCounts parts[QXBitLists::maxBlocks * numPieces];
-  BlockCounts counts(columns, stride, numBlocks, parts);
-  if (!counts.Count(bits, least)) return 0;
-  unsigned reached = 0;
-  for (std::size_t block = 0; block < numBlocks; ++block) {
-    if (!counts.IsAlive(block)) continue;
-    reached |= 1U << block;
-    const std::size_t first = block * columnRecords;
-    counts.Write(block, both + first, std::min(columnRecords, numRecords - first), false);
-  }
-  return reached;
+static_assert(sizeof(BlockCounts) <= sizeof(QXColumnCounts) && BlockCounts::step == QXColumnCounts::step);
+
+QX_KERNEL_TARGET void StartColumns(QXColumnCounts& counts) {
+  new (counts.memory) BlockCounts;
+}
+
+QX_KERNEL_TARGET bool AddColumns(QXColumnCounts& counts, const std::uint64_t* columns,
+                                 std::span<const std::uint16_t> bits, std::span<const std::uint16_t> next,
+                                 std::uint32_t least) {
+  return std::launder(reinterpret_cast<BlockCounts*>(counts.memory))->Add(columns, bits, next, least);
+}
+
+QX_KERNEL_TARGET void WriteColumns(const QXColumnCounts& counts, std::size_t numRecords,
+                                   std::uint32_t* both) {
+  std::launder(reinterpret_cast<const BlockCounts*>(counts.memory))->Write(both, numRecords, false);
 }
 
 // The columns of a block of records and a slice of the fingerprint, then the empty one that padding names.
 struct ColumnPanel {
   alignas(64) std::uint64_t columns[QXBitLists::sliceBits + 1][QXBitLists::columnWords];
 };
+
+// Whether a record may reach the least.
+QX_KERNEL_TARGET inline bool CountPanel(const ColumnPanel& panel, std::span<const std::uint16_t> bits,
+                                        std::uint32_t least, BlockCounts& counts) {
+  bool isAlive = least == 0 || !bits.empty();
+  while (!bits.empty() && isAlive) {
+    const auto next = bits.first(std::min(bits.size(), BlockCounts::step));
+    bits = bits.subspan(next.size());
+    const std::uint32_t left = static_cast<std::uint32_t>(bits.size());
+    isAlive = counts.Add(panel.columns[0], next, {}, least > left ? least - left : 0);
+  }
+  return isAlive;
+}
 
 QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t* records, std::size_t stride,
                                  std::size_t numRecords, const std::uint32_t* least, std::uint32_t* both,
@@ -163,13 +139,11 @@ QX_KERNEL_TARGET void CountLists(const QXBitLists& queries, const std::uint64_t*
       const std::size_t word = slice * QXBitLists::sliceWords;
       const std::uint64_t* rows[columnRecords];
       for (std::size_t i = 0; i < size; ++i) rows[i] = records + (begin + i) * stride + word;
-      MakeColumns(rows, size, std::min(QXBitLists::sliceWords, queries.NumWords() - word), panel.columns[0],
-                  QXBitLists::columnWords);
+      MakeColumns(rows, size, std::min(QXBitLists::sliceWords, queries.NumWords() - word), panel.columns[0]);
       for (std::size_t q = 0; q < queries.NumVectors(); ++q) {
-        ColumnCounts parts[numPieces];
-        BlockCounts counts(panel.columns[0], QXBitLists::columnWords, 1, parts);
-        if (!counts.Count(queries.Bits(q, slice), least ? &least[q] : nullptr)) continue;
-        counts.Write(0, both + q * bothStride + begin, size, slice != 0);
+        BlockCounts counts;
+        if (!CountPanel(panel, queries.Bits(q, slice), least ? least[q] : 0, counts)) continue;
+        counts.Write(both + q * bothStride + begin, size, slice != 0);
         if (least) reaches[q] = true;
       }
     }

@@ -4,13 +4,17 @@
 
 class ColumnCounts {
  public:
-  /// Adds eight or sixteen columns.
-  /// Shape    columns: of one piece, column i at columns + i * stride; bits: which.
-  QX_KERNEL_TARGET void Add(const std::uint64_t* columns, std::size_t stride,
-                            std::span<const std::uint16_t> bits) {
+  /// Adds eight or sixteen columns, and asks for others to be fetched from memory meanwhile: requests that come
+  /// all at once hold up the processor.
+  /// Shape    columns: of one piece, column i at columns + i * columnWords; bits: which; next: which to fetch,
+  ///          as many, or empty.
+  QX_KERNEL_TARGET void Add(const std::uint64_t* columns, std::span<const std::uint16_t> bits,
+                            std::span<const std::uint16_t> next) {
     Column eightsA, eightsB{}, sixteens;
-    AddEight(columns, stride, bits.data(), eightsA);
-    if (bits.size() > 8) AddEight(columns, stride, bits.data() + 8, eightsB);
+    AddEight(columns, bits.first(8), next, eightsA);
+    if (bits.size() > 8) {
+      AddEight(columns, bits.subspan(8), next.subspan(std::min<std::size_t>(next.size(), 8)), eightsB);
+    }
     AddTwo(planes_[3], eightsA, eightsB, sixteens);
     numAdded_ += bits.size();
     for (std::size_t p = 4; p < NumPlanes(); ++p) {
@@ -69,26 +73,47 @@ class ColumnCounts {
  private:
   std::size_t NumPlanes() const { return static_cast<std::size_t>(std::bit_width(numAdded_)); }
 
-  QX_KERNEL_TARGET static const Column& Load(const std::uint64_t* columns, std::size_t stride,
-                                             std::uint16_t bit) {
-    return *reinterpret_cast<const ColumnPiece*>(columns + bit * stride);
+  QX_KERNEL_TARGET static const Column& Load(const std::uint64_t* columns, std::uint16_t bit) {
+    return *reinterpret_cast<const ColumnPiece*>(columns + bit * QXBitLists::columnWords);
+  }
+
+  QX_KERNEL_TARGET void AddEight(const std::uint64_t* columns, std::span<const std::uint16_t> bits,
+                                 std::span<const std::uint16_t> next, Column& eights) {
+    if (next.size() < 8) {
+      AddEight<false>(columns, bits.data(), nullptr, eights);
+    } else {
+      AddEight<true>(columns, bits.data(), next.data(), eights);
+    }
   }
 
   // Adds eight columns to the low planes.
-  QX_KERNEL_TARGET void AddEight(const std::uint64_t* columns, std::size_t stride, const std::uint16_t* bits,
-                                 Column& eights) {
+  template <bool isFetching>
+  QX_KERNEL_TARGET inline void AddEight(const std::uint64_t* columns, const std::uint16_t* bits,
+                                        const std::uint16_t* next, Column& eights) {
     Column ones = planes_[0], twos = planes_[1], fours = planes_[2];
     Column twosA, twosB, foursA, foursB;
-    AddTwo(ones, Load(columns, stride, bits[0]), Load(columns, stride, bits[1]), twosA);
-    AddTwo(ones, Load(columns, stride, bits[2]), Load(columns, stride, bits[3]), twosB);
+    Fetch<isFetching>(columns, next, 0);
+    AddTwo(ones, Load(columns, bits[0]), Load(columns, bits[1]), twosA);
+    Fetch<isFetching>(columns, next, 2);
+    AddTwo(ones, Load(columns, bits[2]), Load(columns, bits[3]), twosB);
     AddTwo(twos, twosA, twosB, foursA);
-    AddTwo(ones, Load(columns, stride, bits[4]), Load(columns, stride, bits[5]), twosA);
-    AddTwo(ones, Load(columns, stride, bits[6]), Load(columns, stride, bits[7]), twosB);
+    Fetch<isFetching>(columns, next, 4);
+    AddTwo(ones, Load(columns, bits[4]), Load(columns, bits[5]), twosA);
+    Fetch<isFetching>(columns, next, 6);
+    AddTwo(ones, Load(columns, bits[6]), Load(columns, bits[7]), twosB);
     AddTwo(twos, twosA, twosB, foursB);
     AddTwo(fours, foursA, foursB, eights);
     planes_[0] = ones;
     planes_[1] = twos;
     planes_[2] = fours;
+  }
+
+  template <bool isFetching>
+  QX_KERNEL_TARGET static void Fetch(const std::uint64_t* columns, const std::uint16_t* next, std::size_t i) {
+    if constexpr (isFetching) {
+      __builtin_prefetch(columns + next[i] * QXBitLists::columnWords);
+      __builtin_prefetch(columns + next[i + 1] * QXBitLists::columnWords);
+    }
   }
 
   // Replaces sum and two columns by the low bit of their sum, in sum, and its high bit.

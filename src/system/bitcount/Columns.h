@@ -45,7 +45,7 @@ using RecordRows = const std::uint64_t* [64][QXBitLists::columnWords];  // by pl
 
 // Transposes word w of the records of a piece, 64 x 64 bits in each lane.
 QX_KERNEL_TARGET inline void TransposeWord(const RecordRows& rows, std::size_t piece, std::size_t w,
-                                           std::uint64_t* columns, std::size_t stride) {
+                                           std::uint64_t* columns) {
   Column block[64];
   // Rounds of three halvings each: eight vectors are all that stays in registers.
 #pragma GCC unroll 1
@@ -62,7 +62,7 @@ QX_KERNEL_TARGET inline void TransposeWord(const RecordRows& rows, std::size_t p
 #pragma GCC unroll 8
     for (std::size_t k = 0; k < 8; ++k) block[i + 8 * k] = eight[k];
   }
-  std::uint64_t* column = columns + 64 * w * stride + piece * pieceLanes;
+  std::uint64_t* column = columns + 64 * w * QXBitLists::columnWords + piece * pieceLanes;
 #pragma GCC unroll 1
   for (std::size_t i = 0; i < 64; i += 8) {
     Column eight[8];
@@ -70,18 +70,20 @@ QX_KERNEL_TARGET inline void TransposeWord(const RecordRows& rows, std::size_t p
     for (std::size_t k = 0; k < 8; ++k) eight[k] = block[i + k];
     SwapEight<4, 2, 1>(eight);
 #pragma GCC unroll 8
-    for (std::size_t k = 0; k < 8; ++k, column += stride) *reinterpret_cast<ColumnPiece*>(column) = eight[k];
+    for (std::size_t k = 0; k < 8; ++k, column += QXBitLists::columnWords) {
+      *reinterpret_cast<ColumnPiece*>(column) = eight[k];
+    }
   }
 }
 
 QX_KERNEL_TARGET void MakeColumns(const std::uint64_t* const* records, std::size_t numRecords,
-                                  std::size_t numWords, std::uint64_t* columns, std::size_t stride) {
+                                  std::size_t numWords, std::uint64_t* columns) {
   if (numRecords == 0) return;
   RecordRows rows;
   for (std::size_t place = 0; place < columnRecords; ++place) {
     rows[place % 64][place / 64] = records[std::min(RecordAt(place), numRecords - 1)];
   }
   for (std::size_t w = 0; w < numWords; ++w) {
-    for (std::size_t piece = 0; piece < numPieces; ++piece) TransposeWord(rows, piece, w, columns, stride);
+    for (std::size_t piece = 0; piece < numPieces; ++piece) TransposeWord(rows, piece, w, columns);
   }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>  // for Body.h, which is included inside a namespace
 #include <bit>
+#include <new>
 #include <span>
 
 #include "QXSystem/QXBitCountKernel.h"

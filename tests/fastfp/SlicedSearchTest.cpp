@@ -1,11 +1,16 @@
-#include "fastfp/slices/SlicedQuery.h"
+#include "fastfp/slices/SlicedSearch.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <mutex>
 #include <random>
 #include <vector>
 
 #include "QXSystem/QXBitCountKernel.h"
+#include "fastfp/RunThreads.h"
+#include "fastfp/SortedScan.h"
+#include "fastfp/slices/MakeSlicedIndex.h"
 
 namespace {
 
@@ -58,47 +63,61 @@ std::vector<std::pair<unsigned, double>> Sorted(QXFPDatabaseHitList& hits) {
   return result;
 }
 
-TEST(SlicedScan, FindsWhatTheLinearScanFinds) {
+// Every thread has a list of its own, as in a search by the engine.
+std::vector<std::pair<unsigned, double>> Search(const SlicedIndex& index, const RecordTable& records,
+                                                const QueryBits& query, const QXFPDatabaseOptions& options,
+                                                unsigned numThreads) {
+  SlicedSearch search(index, records, query, options);
+  const auto all = QXInitFPDatabaseHitList(records.numRecords, options);
+  std::atomic<std::size_t> numSearched{0};
+  std::mutex mutex;
+  RunThreads(numThreads, [&] {
+    const auto hits = QXInitFPDatabaseHitList(records.numRecords, options);
+    search.Run(
+        *hits, [](std::uint32_t place) { return place; }, [&](std::size_t num) { numSearched += num; });
+    const std::lock_guard lock(mutex);
+    for (const QXSimScore& hit : hits->GetHits()) all->AddHit(hit);
+  });
+  EXPECT_EQ(numSearched, records.numRecords);
+  return Sorted(*all);
+}
+
+TEST(SlicedSearch, FindsWhatTheLinearScanFinds) {
   std::mt19937_64 random(3);
   struct Shape {
     std::uint64_t numWords, numRecords;
     double density;
   };
-  constexpr Shape shapes[] = {{1, 1, 0.5},     {4, 511, 0.1},    {16, 513, 0.03},  {32, 4096, 0.1},
+  constexpr Shape shapes[] = {{1, 1, 0.5},     {4, 511, 0.1},    {16, 513, 0.03},  {32, 6000, 0.1},
                               {32, 9001, 0.4}, {33, 4700, 0.02}, {1020, 700, 0.01}};
   for (const Shape& shape : shapes) {
     const SlicedRecords records(shape.numWords, shape.numRecords, shape.density, random);
     const RecordTable& table = records.Table();
-    const auto index = SlicedIndex::Make(table, 2);
+    const auto index = MakeSlicedIndex(table, 2);
     ASSERT_NE(index, nullptr);
     for (unsigned measure = QXSimMeasure::Tanimoto; measure <= QXSimMeasure::Manhattan; ++measure) {
       for (const unsigned limit : {1U, 10U, 300U, 0U}) {
         QXFPDatabaseOptions options(limit, measure);
-        options.SetDescendingOrder(measure != QXSimMeasure::Manhattan);
+        options.SetDescendingOrder(random() % 4 == 0 ? random() % 2 == 0
+                                                     : measure != QXSimMeasure::Manhattan);
         if (random() % 2 == 0) options.SetCutoff(static_cast<float>(random() % 100) / 100.0F);
-        ASSERT_TRUE(CanSearchSlices(options));
         const QueryBits query = records.Query(random() % shape.numRecords);
         const auto linear = QXInitFPDatabaseHitList(table.numRecords, options);
         SortedScan(table, query, options, *linear).Scan(0, table.numRecords);
-        const auto sliced = QXInitFPDatabaseHitList(table.numRecords, options);
-        const Scorer scorer(options, table.NumBits(), query.numSet);
-        const SlicedQuery slices(*index, query, scorer, options.GetDescendingOrder());
-        SortedScan scan(table, query, options, *sliced);
-        for (const std::uint32_t i : slices.bestFirst) scan.Scan(index->GetSuperblock(i), slices.bits);
-        ASSERT_EQ(Sorted(*sliced), Sorted(*linear))
+        ASSERT_EQ(Search(*index, table, query, options, limit == 10 ? 3 : 1), Sorted(*linear))
             << shape.numWords << " words, measure " << measure << ", limit " << limit;
       }
     }
   }
 }
 
-TEST(SlicedScan, RecordsWithImpossibleBitCountsHaveNoIndex) {
+TEST(MakeSlicedIndex, RecordsWithImpossibleBitCountsHaveNoIndex) {
   std::mt19937_64 random(4);
   SlicedRecords records(2, 100, 0.3, random);
   *records.BitCount(70) = 129;
-  EXPECT_EQ(SlicedIndex::Make(records.Table(), 1), nullptr);
+  EXPECT_EQ(MakeSlicedIndex(records.Table(), 1), nullptr);
   *records.BitCount(70) = 128;  // wrong, but searched as it is
-  EXPECT_NE(SlicedIndex::Make(records.Table(), 1), nullptr);
+  EXPECT_NE(MakeSlicedIndex(records.Table(), 1), nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <span>
+
+#include "QXFingrix/QXFPDatabaseOptions.h"
+#include "QXFingrix/QXSimMeasure.h"
+#include "fastfp/RecordScan.h"
+#include "fastfp/slices/ScanSlices.h"
+#include "fastfp/slices/SlicedQuery.h"
+
+namespace QXFingrix {
+
+/// Whether a score is the better the more bits are shared. Searches for the least similar records gain nothing
+/// from an index: every block has to be counted.
+inline bool WantsMostSimilar(const QXFPDatabaseOptions& options) {
+  return options.GetDescendingOrder() == (options.GetSimFunc() != QXSimMeasure::Manhattan);
+}
+
+/// A search of an index for the hits of one query, which several threads may run at once, each into a hit list
+/// of its own. Blocks that can hold the best scores come first, and a bar that one thread has reached counts for
+/// all of them.
+class SlicedSearch {
+ public:
+  /// The index is that of the records; both and the query's words are referred to.
+  SlicedSearch(const SlicedIndex& index, const RecordTable& records, const QueryBits& query,
+               const QXFPDatabaseOptions& options)
+      : index_(index),
+        queryBits_(query.numSet),
+        scorer_(options, records.NumBits(), query.numSet),
+        filter_(MakeFilter(options, records, query)),
+        query_(index, query, scorer_, options.GetDescendingOrder()),
+        options_(options),
+        bar_(Worst()) {}
+
+  /// One thread's part. onSearched(number of records): called as blocks are done with.
+  /// Shape    Hits: a hit list; indexOf(place): what a hit says of the record at a place of the table.
+  /// Errors   what the list and the functions throw.
+  template <class Hits, class IndexOf, class OnSearched>
+  void Run(Hits& hits, IndexOf indexOf, OnSearched onSearched);
+
+  /// Ends the parts of other threads soon.
+  void Stop() { next_ = index_.NumBlocks(); }
+
+ private:
+  double Worst() const {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    return options_.GetDescendingOrder() ? -infinity : infinity;
+  }
+  double Better(double a, double b) const {
+    return options_.GetDescendingOrder() ? std::max(a, b) : std::min(a, b);
+  }
+
+  void ShareBar(double bar) {
+    double shared = bar_;
+    while (Better(shared, bar) != shared && !bar_.compare_exchange_weak(shared, bar)) {
+    }
+  }
+
+  // Only where the most similar records are wanted: there the bit count nearest to the query's is the best.
+  bool CanHoldHit(std::size_t block, const CandidateFilter& filter) const {
+    if (!WantsMostSimilar(options_)) return true;
+    const auto nearest =
+        std::clamp<std::uint64_t>(queryBits_, index_.FewestBits(block), index_.MostBits(block));
+    return filter.CanPass(static_cast<std::uint32_t>(nearest));
+  }
+
+  const SlicedIndex& index_;
+  const std::uint64_t queryBits_;
+  const Scorer scorer_;
+  const CandidateFilter filter_;
+  const SlicedQuery query_;
+  const QXFPDatabaseOptions options_;
+  std::atomic<double> bar_;           // the best that any thread has
+  std::atomic<std::size_t> next_{0};  // of the blocks in the query's order
+};
+
+template <class Hits, class IndexOf, class OnSearched>
+void SlicedSearch::Run(Hits& hits, IndexOf indexOf, OnSearched onSearched) {
+  CandidateFilter filter = filter_;
+  const auto raiseBar = [&] { filter.SetBar(Better(hits.GetBar().GetScore(), bar_)); };
+
+  const auto claim = [&]() -> std::optional<std::size_t> {
+    raiseBar();
+    for (std::size_t i; (i = next_.fetch_add(1)) < index_.NumBlocks();) {
+      const std::size_t block = query_.bestFirst[i];
+      onSearched(index_.Size(block));
+      if (CanHoldHit(block, filter)) return block;
+    }
+    return std::nullopt;
+  };
+  const auto least = [&](std::size_t block) {
+    raiseBar();
+    return filter.LeastShared(index_.FewestBits(block));
+  };
+  const auto take = [&](std::size_t block, std::span<const std::uint32_t> shared) {
+    const std::size_t first = index_.First(block);
+    std::array<float, SlicedIndex::blockRecords> bitCounts;
+    std::ranges::copy(index_.bitCounts.subspan(first, shared.size()), bitCounts.begin());
+    filter.OfferPassing(
+        static_cast<std::uint32_t>(shared.size()), bitCounts.data(), shared.data(),
+        [&](std::uint32_t i) { return scorer_(index_.bitCounts[first + i], shared[i]); },
+        [&](std::uint32_t i) { return indexOf(index_.places[first + i]); }, hits);
+    ShareBar(hits.GetBar().GetScore());
+  };
+  ScanSlices(index_, query_.bits, claim, least, take);
+}
+
+}  // namespace QXFingrix
