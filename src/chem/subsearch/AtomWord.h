@@ -50,7 +50,7 @@ struct WordField {
 
   constexpr unsigned GetBin(int value) const {
     if (value <= lowest) return 0;
-    const auto above = static_cast<unsigned>(value - lowest);
+    const unsigned above = static_cast<unsigned>(value) - static_cast<unsigned>(lowest);
     return above < numBins ? above : numBins - 1;
   }
   constexpr std::uint64_t GetBit(int value) const { return std::uint64_t{1} << (shift + GetBin(value)); }
@@ -63,6 +63,7 @@ constexpr WordField hydrogenField = {AtomProperty::Hydrogens, 0, 23, 5};
 constexpr WordField degreeField = {AtomProperty::Degree, 0, 28, 6};
 constexpr WordField totalDegreeField = {AtomProperty::TotalDegree, 0, 34, 7};
 constexpr WordField chargeField = {AtomProperty::Charge, -2, 41, 5, true};
+static_assert(chargeField.GetBin(AtomExpression::highest) == 4);
 constexpr WordField isotopeField = {AtomProperty::Isotope, 0, 46, 2};
 constexpr WordField hybridizationField = {AtomProperty::Hybridization, 1, 48, 4};
 constexpr std::array<WordField, 8> wordFields = {elementField, ringBondField,     hydrogenField,
