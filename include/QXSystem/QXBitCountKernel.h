@@ -11,7 +11,7 @@ namespace QXSystem {
 
 /// Counts of columns, kept by a kernel from startColumns() to writeColumns().
 struct QXColumnCounts {
-  static constexpr std::size_t step = 16;  ///< columns that are best added at once
+  static constexpr std::size_t step = 8;  ///< columns that are best added at once
   alignas(64) unsigned char memory[18 * 64];
 };
 

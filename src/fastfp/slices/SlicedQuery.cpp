@@ -18,28 +18,34 @@ std::vector<std::uint16_t> RarestFirst(const SlicedIndex& index, const QueryBits
 }
 
 // Scores fall on both sides of the query's bit count: the blocks are merged from there outwards.
-std::vector<std::uint32_t> BestFirst(const SlicedIndex& index, std::uint64_t queryBits, const Scorer& scorer,
-                                     bool descending) {
-  const auto bestScore = [&](std::size_t block) {
-    const auto nearest = std::clamp<std::uint64_t>(queryBits, index.FewestBits(block), index.MostBits(block));
-    return scorer(nearest, std::min(nearest, queryBits));
+std::vector<SlicedQuery::Block> BestFirst(const SlicedIndex& index, std::uint64_t queryBits,
+                                          const Scorer& scorer, bool descending) {
+  using Block = SlicedQuery::Block;
+  struct Candidate {
+    Block block{};
+    double score = 0.0;  // where all bits are shared that can be
   };
-  const auto firstAbove = static_cast<std::size_t>(std::ranges::lower_bound(index.bitCounts, queryBits) -
-                                                   index.bitCounts.begin());
-  std::size_t above = std::min(firstAbove / SlicedIndex::blockRecords, index.NumBlocks());
-  std::size_t below = above;
-  std::vector<std::uint32_t> blocks;
+  const auto candidate = [&](std::size_t i) {
+    const std::uint16_t fewest = index.FewestBits(i);
+    const auto nearest = std::clamp<std::uint64_t>(queryBits, fewest, index.MostBits(i));
+    return Candidate{{static_cast<std::uint32_t>(i), fewest, static_cast<std::uint16_t>(nearest)},
+                     scorer(nearest, std::min(nearest, queryBits))};
+  };
+  const auto position = std::ranges::lower_bound(index.bitCounts, queryBits) - index.bitCounts.begin();
+  std::size_t numBelow = static_cast<std::size_t>(position) / SlicedIndex::blockRecords;
+  std::size_t next = numBelow;
+  std::vector<Block> blocks;
   blocks.reserve(index.NumBlocks());
-  double scoreAbove = above < index.NumBlocks() ? bestScore(above) : 0.0;
-  double scoreBelow = below > 0 ? bestScore(below - 1) : 0.0;
+  Candidate below = numBelow > 0 ? candidate(numBelow - 1) : Candidate();
+  Candidate above = next < index.NumBlocks() ? candidate(next) : Candidate();
   while (blocks.size() < index.NumBlocks()) {
-    const bool isBelowBetter = descending ? scoreBelow > scoreAbove : scoreBelow < scoreAbove;
-    if (below > 0 && (above == index.NumBlocks() || isBelowBetter)) {
-      blocks.push_back(static_cast<std::uint32_t>(--below));
-      if (below > 0) scoreBelow = bestScore(below - 1);
+    const bool isBelowBetter = descending ? below.score > above.score : below.score < above.score;
+    if (numBelow > 0 && (next == index.NumBlocks() || isBelowBetter)) {
+      blocks.push_back(below.block);
+      if (--numBelow > 0) below = candidate(numBelow - 1);
     } else {
-      blocks.push_back(static_cast<std::uint32_t>(above++));
-      if (above < index.NumBlocks()) scoreAbove = bestScore(above);
+      blocks.push_back(above.block);
+      if (++next < index.NumBlocks()) above = candidate(next);
     }
   }
   return blocks;

@@ -14,8 +14,14 @@ namespace QXFingrix {
 struct SlicedQuery {
   SlicedQuery(const SlicedIndex& index, const QueryBits& query, const Scorer& scorer, bool descending);
 
-  std::vector<std::uint16_t> bits;       // that are set, rarest first, then padding
-  std::vector<std::uint32_t> bestFirst;  // blocks by the best score that their bit counts allow
+  struct Block {
+    std::uint32_t number;
+    std::uint16_t fewestBits;   // of its records
+    std::uint16_t nearestBits;  // to the query's, of what lies between the fewest and the most
+  };
+
+  std::vector<std::uint16_t> bits;  // that are set, rarest first, then padding
+  std::vector<Block> bestFirst;     // by the best score that bit counts allow
 };
 
 }  // namespace QXFingrix

@@ -31,7 +31,6 @@ class SlicedSearch {
   SlicedSearch(const SlicedIndex& index, const RecordTable& records, const QueryBits& query,
                const QXFPDatabaseOptions& options)
       : index_(index),
-        queryBits_(query.numSet),
         scorer_(options, records.NumBits(), query.numSet),
         filter_(MakeFilter(options, records, query)),
         query_(index, query, scorer_, options.GetDescendingOrder()),
@@ -63,15 +62,11 @@ class SlicedSearch {
   }
 
   // Only where the most similar records are wanted: there the bit count nearest to the query's is the best.
-  bool CanHoldHit(std::size_t block, const CandidateFilter& filter) const {
-    if (!WantsMostSimilar(options_)) return true;
-    const auto nearest =
-        std::clamp<std::uint64_t>(queryBits_, index_.FewestBits(block), index_.MostBits(block));
-    return filter.CanPass(static_cast<std::uint32_t>(nearest));
+  bool CanHoldHit(const SlicedQuery::Block& block, const CandidateFilter& filter) const {
+    return !WantsMostSimilar(options_) || filter.CanPass(block.nearestBits);
   }
 
   const SlicedIndex& index_;
-  const std::uint64_t queryBits_;
   const Scorer scorer_;
   const CandidateFilter filter_;
   const SlicedQuery query_;
@@ -85,30 +80,35 @@ void SlicedSearch::Run(Hits& hits, IndexOf indexOf, OnSearched onSearched) {
   CandidateFilter filter = filter_;
   const auto raiseBar = [&] { filter.SetBar(Better(hits.GetBar().GetScore(), bar_)); };
 
-  const auto claim = [&]() -> std::optional<std::size_t> {
+  const auto claim = [&]() -> std::optional<SlicedQuery::Block> {
     raiseBar();
     for (std::size_t i; (i = next_.fetch_add(1)) < index_.NumBlocks();) {
-      const std::size_t block = query_.bestFirst[i];
-      onSearched(index_.Size(block));
+      const SlicedQuery::Block& block = query_.bestFirst[i];
+      onSearched(index_.Size(block.number));
       if (CanHoldHit(block, filter)) return block;
     }
     return std::nullopt;
   };
-  const auto least = [&](std::size_t block) {
+  const auto least = [&](const SlicedQuery::Block& block) {
     raiseBar();
-    return filter.LeastShared(index_.FewestBits(block));
+    return filter.LeastShared(block.fewestBits);
   };
-  const auto take = [&](std::size_t block, std::span<const std::uint32_t> shared) {
-    const std::size_t first = index_.First(block);
-    std::array<float, SlicedIndex::blockRecords> bitCounts;
-    std::ranges::copy(index_.bitCounts.subspan(first, shared.size()), bitCounts.begin());
-    filter.OfferPassing(
-        static_cast<std::uint32_t>(shared.size()), bitCounts.data(), shared.data(),
-        [&](std::uint32_t i) { return scorer_(index_.bitCounts[first + i], shared[i]); },
-        [&](std::uint32_t i) { return indexOf(index_.places[first + i]); }, hits);
+  const auto take = [&](const SlicedQuery::Block& block, std::span<const std::uint32_t> shared) {
+    // Few records pass where any does: those of a group are looked at one by one only then.
+    constexpr std::size_t groupRecords = 32;
+    std::array<float, groupRecords> bitCounts;
+    for (std::size_t i = 0; i < shared.size(); i += groupRecords) {
+      const auto group = shared.subspan(i, std::min(groupRecords, shared.size() - i));
+      const std::size_t first = index_.First(block.number) + i;
+      std::ranges::copy(index_.bitCounts.subspan(first, group.size()), bitCounts.begin());
+      filter.OfferPassing(
+          static_cast<std::uint32_t>(group.size()), bitCounts.data(), group.data(),
+          [&](std::uint32_t k) { return scorer_(index_.bitCounts[first + k], group[k]); },
+          [&](std::uint32_t k) { return indexOf(index_.places[first + k]); }, hits);
+    }
     ShareBar(hits.GetBar().GetScore());
   };
-  ScanSlices(index_, query_.bits, claim, least, take);
+  ScanSlices(index_, query_, claim, least, take);
 }
 
 }  // namespace QXFingrix

@@ -54,7 +54,7 @@ QX_KERNEL_TARGET void CountAnd(const std::uint64_t* query, std::size_t numWords,
   }
 }
 
-// The counting of a block's columns, sixteen at a time. Pieces that cannot reach the least any more are left
+// The counting of a block's columns, up to sixteen at a time. Pieces that cannot reach the least any more are left
 // behind.
 class BlockCounts {
  public:
@@ -87,7 +87,7 @@ class BlockCounts {
   bool isDead_[numPieces]{};
 };
 
-static_assert(sizeof(BlockCounts) <= sizeof(QXColumnCounts) && BlockCounts::step == QXColumnCounts::step);
+static_assert(sizeof(BlockCounts) <= sizeof(QXColumnCounts));
 
 QX_KERNEL_TARGET void StartColumns(QXColumnCounts& counts) {
   new (counts.memory) BlockCounts;

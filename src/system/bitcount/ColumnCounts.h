@@ -4,6 +4,10 @@
 
 class ColumnCounts {
  public:
+  QX_KERNEL_TARGET ColumnCounts() {
+    for (std::size_t p = 0; p < 4; ++p) planes_[p] = Column{};
+  }
+
   /// Adds eight or sixteen columns, and asks for others to be fetched from memory meanwhile: requests that come
   /// all at once hold up the processor.
   /// Shape    columns: of one piece, column i at columns + i * columnWords; bits: which; next: which to fetch,
@@ -16,12 +20,14 @@ class ColumnCounts {
       AddEight(columns, bits.subspan(8), next.subspan(std::min<std::size_t>(next.size(), 8)), eightsB);
     }
     AddTwo(planes_[3], eightsA, eightsB, sixteens);
-    numAdded_ += bits.size();
-    for (std::size_t p = 4; p < NumPlanes(); ++p) {
+    const std::size_t numBefore = std::max<std::size_t>(4, NumPlanes());
+    for (std::size_t p = 4; p < numBefore; ++p) {
       const Column carry = planes_[p] & sixteens;
       planes_[p] ^= sixteens;
       sixteens = carry;
     }
+    numAdded_ += bits.size();
+    if (numBefore < NumPlanes()) planes_[numBefore] = sixteens;
   }
 
   /// Whether a record has at least so many of the columns added.
@@ -43,14 +49,14 @@ class ColumnCounts {
     return any != 0;
   }
 
-  QX_KERNEL_TARGET void Clear() { *this = ColumnCounts(); }
+  void Clear() { numAdded_ = 0; }  // counts of what is left behind are not added to
 
   /// Writes the counts of a block's records that are among the first `size` and in this piece, or adds to what
   /// is there.
   QX_KERNEL_TARGET void Write(std::uint32_t* counts, std::size_t piece, std::size_t size,
                               bool isAdding) const {
-    Column rows[numPlanes];
-    for (std::size_t p = 0; p < numPlanes; ++p) rows[p] = planes_[p];
+    Column rows[numPlanes]{};
+    for (std::size_t p = 0; p < NumPlanes(); ++p) rows[p] = planes_[p];
     SwapPlanes<8>(rows);
     SwapPlanes<4>(rows);
     SwapPlanes<2>(rows);
@@ -145,5 +151,5 @@ class ColumnCounts {
   }
 
   std::size_t numAdded_ = 0;
-  Column planes_[numPlanes]{};
+  Column planes_[numPlanes];  // the first four, and those that numAdded_ needs
 };
