@@ -3,7 +3,7 @@
 # Usage: scripts/install-deps.sh build|test|bench|format
 set -eu
 
-build="g++ cmake make pkg-config librdkit-dev libboost-dev zlib1g-dev"
+build="g++ cmake make pkg-config librdkit-dev libboost-dev zlib1g-dev libxxhash-dev"
 case "${1:-build}" in
   build)  packages="$build" ;;
   test)   packages="$build libgtest-dev python3 python3-rdkit python3-numpy" ;;
