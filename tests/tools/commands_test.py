@@ -6,7 +6,7 @@ import unittest
 
 from qxfp_case import BAD_USAGE, CANNOT_RUN, DONE, QXFP, QxfpCase, AWKWARD
 
-COMMANDS = ["create", "info", "search", "matrix", "histogram", "compare", "fp"]
+COMMANDS = ["create", "index", "info", "search", "matrix", "histogram", "compare", "fp"]
 KINDS = ["Path", "Circular", "Tree", "MACCS166", "Lingo", "UHPath", "UHCircular", "UHTree"]
 
 

@@ -5,6 +5,7 @@
 namespace qxfp {
 
 extern const Command createCommand;
+extern const Command indexCommand;
 extern const Command infoCommand;
 extern const Command searchCommand;
 extern const Command matrixCommand;
@@ -14,8 +15,9 @@ extern const Command explainCommand;
 extern const Command fpCommand;
 
 namespace {
-constexpr const Command* kCommands[] = {&createCommand,    &infoCommand,    &searchCommand, &matrixCommand,
-                                        &histogramCommand, &compareCommand, &explainCommand, &fpCommand};
+constexpr const Command* kCommands[] = {&createCommand,  &indexCommand,   &infoCommand,
+                                        &searchCommand,  &matrixCommand,  &histogramCommand,
+                                        &compareCommand, &explainCommand, &fpCommand};
 }
 
 std::span<const Command* const> GetCommands() {

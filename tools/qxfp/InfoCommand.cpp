@@ -12,6 +12,7 @@
 #include "QXFingrix/QXConvert.h"
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXFingrix/QXFastFPDatabaseParams.h"
+#include "QXFingrix/QXFastFPIndex.h"
 #include "QXPlatform/QXMappedFile.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
@@ -60,9 +61,10 @@ class Records {
 
 void Configure(QXSystem::QXInterface& itf) {
   AddFingerprintFile(itf);
-  itf.AddParameter(QXParameter("-check", QXParameterType::Bool)
-                       .SetBrief("Read every record and test its index and bit count")
-                       .SetDefault("false"));
+  itf.AddParameter(
+      QXParameter("-check", QXParameterType::Bool)
+          .SetBrief("Read every record and test its index and bit count; read the index file too")
+          .SetDefault("false"));
   AddRowFormOption(itf);
 }
 
@@ -122,6 +124,19 @@ std::uint64_t CountBadRecords(const Records& records, std::uint64_t numRecords) 
   return numBad;
 }
 
+const char* DescribeIndex(unsigned state) {
+  switch (state) {
+    case QXFingrix::QXFastFPIndexState::None:
+      return "none";
+    case QXFingrix::QXFastFPIndexState::Usable:
+      return "usable";
+    case QXFingrix::QXFastFPIndexState::Stale:
+      return "stale";
+    default:
+      return "damaged";
+  }
+}
+
 // A row for every field; in JSON one object that has them all.
 void WriteFields(const std::vector<Field>& fields, RowForm form) {
   if (form == RowForm::Json) {
@@ -178,8 +193,10 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
     if (!params.IsLittleEndian()) reason = "it was written in the other byte order";
     QXThrow.Error("'%s' is damaged: %s", path.c_str(), reason.c_str());
   }
+  const unsigned index = QXFingrix::QXGetFastFPIndexState(path, itf.Get<bool>("-check"));
+  fields.push_back({"index", DescribeIndex(index), false});
   WriteFields(fields, GetRowForm(itf));
-  return isSound ? Done : SomeFailed;
+  return isSound && index != QXFingrix::QXFastFPIndexState::Damaged ? Done : SomeFailed;
 }
 
 }  // namespace
@@ -188,7 +205,8 @@ extern const Command infoCommand = {
     "info",
     "FILE.fpbin",
     "show what a fast fingerprint file holds",
-    "The exit status is 1 when the file, or with -check a record, is damaged.\n",
+    "The index is none, usable, stale (the file was changed since) or damaged; -check reads all of it.\n"
+    "The exit status is 1 when the file, its index, or with -check a record, is damaged.\n",
     Configure,
     Run};
 
