@@ -69,6 +69,14 @@ bool PlainFile::Write(std::uint64_t to, const void* bytes, std::size_t numBytes)
   return true;
 }
 
+void PlainFile::StartWriting([[maybe_unused]] std::uint64_t from,
+                             [[maybe_unused]] std::size_t numBytes) const {
+#ifdef SYNC_FILE_RANGE_WRITE
+  const auto first = static_cast<off_t>(from);
+  sync_file_range(descriptor_, first, static_cast<off_t>(numBytes), SYNC_FILE_RANGE_WRITE);
+#endif
+}
+
 std::shared_ptr<const void> PlainFile::Map() const {
   const std::size_t size = size_;
   void* const first = mmap(nullptr, size, PROT_READ, MAP_SHARED, descriptor_, 0);

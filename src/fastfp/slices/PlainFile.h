@@ -34,6 +34,9 @@ class PlainFile {
   bool Read(std::uint64_t from, void* bytes, std::size_t numBytes) const;
   bool Write(std::uint64_t to, const void* bytes, std::size_t numBytes) const;
 
+  /// Lets the system begin to bring to the disk what was written there. A wish.
+  void StartWriting(std::uint64_t from, std::size_t numBytes) const;
+
   /// The first Size() bytes, for reading. They stay mapped when the file is closed.
   std::shared_ptr<const void> Map() const;
 

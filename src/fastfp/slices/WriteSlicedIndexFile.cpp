@@ -22,6 +22,8 @@ namespace QXFingrix {
 
 namespace {
 
+constexpr std::size_t writtenAtOnce = std::size_t{8} << 20;  // bytes; more than a block has
+
 class Writer {
  public:
   Writer(const PlainFile& file, const RecordTable& records)
@@ -71,7 +73,14 @@ class Writer {
   bool WriteBlock(std::size_t block, std::uint64_t* columns) {
     maker_.MakeBlock(block, columns);
     table_[block] = Checksum(columns, layout_.body.BlockBytes());
-    return file_.Write(layout_.BlockAt(block), columns, layout_.body.BlockBytes());
+    const std::size_t at = layout_.BlockAt(block);
+    const std::size_t end = at + layout_.body.BlockBytes();
+    if (!file_.Write(at, columns, end - at)) return false;
+    // The disk is busy meanwhile, and not only in the end. Blocks of other threads may be late: they are
+    // written then.
+    const std::size_t range = at / writtenAtOnce;
+    if (end / writtenAtOnce != range) file_.StartWriting(range * writtenAtOnce, writtenAtOnce);
+    return true;
   }
 
   const PlainFile& file_;
