@@ -22,8 +22,8 @@ class QXFPTypeBase;
 ///
 /// Errors   no type, or a kind that has no patterns: the empty iterator and a Warning, "%s is not available for
 ///          Lingo fingerprint!" for Lingo. More than 2,000,000 subgraphs of at most the largest distance of a
-///          graph fingerprint: the empty iterator and an Error. An invalid molecule: the empty iterator,
-///          silently.
+///          graph fingerprint, or tokens that an unhashed one could not hold: the empty iterator and an
+///          Error. An invalid molecule: the empty iterator, silently.
 /// Memory   the subgraphs of graph fingerprints are kept, each in up to some 100 bytes, while an iterator
 ///          lives.
 /// Cost     a pattern that matches n times is searched as long as its matches are asked for. Overlap searches
@@ -32,12 +32,13 @@ class QXFPTypeBase;
 ///          without bonds, by far the most, are not remembered.
 /// Threads  safe; a single iterator is for one thread at a time.
 
-/// What sets a bit.
+/// What sets a bit, or is a token of an unhashed fingerprint.
 struct QXFPPattern {
-  unsigned bit = 0;
-  std::string text;  ///< what it stands for: a SMARTS pattern, or words or a token where there is none
+  unsigned bit = 0;  ///< 0 for unhashed fingerprints
+  std::string text;  ///< what it stands for: a SMARTS, or words for a key that has none
   QXSystem::QXIter<QXChem::QXAtomBondSet> matches;
-  unsigned id = 0;  ///< what is hashed into the bit; 0 for keys, of which each has its own
+  unsigned id = 0;         ///< what is hashed into the bit; 0 for keys, of which each has its own
+  std::string token = {};  ///< of unhashed fingerprints, in place of the identifier; else empty
 };
 
 /// What corresponds to each other in two molecules: the n-th atom (bond) of one to the n-th atom (bond) of the
@@ -47,20 +48,25 @@ struct QXFPMatch {
   QXChem::QXAtomBondSet b;
 };
 
-/// Whether there are patterns, coverage and overlap for this kind of fingerprint; false for null. No report.
+/// Whether there are patterns, coverage and overlap for this kind of fingerprint: for all but Lingo; false for
+/// null. No report.
 QX_API bool QXHasFPPatterns(const QXFPTypeBase* type);
 
 /// Joins the matches of one pattern in two molecules.
 /// Errors   an empty match and one Warning when they have not as many atoms and bonds.
 QX_API QXFPMatch QXCombineMatches(const QXChem::QXAtomBondSet& a, const QXChem::QXAtomBondSet& b);
 
-/// The patterns of a molecule's fingerprint by ascending bit, each with where it is found.
+/// The patterns of a molecule's fingerprint by ascending bit or token, each with where it is found.
 ///
 /// A MACCS key has one pattern; the matches of one of several equal parts, such as [#8].[#8], are those of one
 /// part. A pattern of a path, circular or tree fingerprint is what the subgraphs with one identifier have in
-/// common: its bit is id mod QXGetHashSize(numbits), its text the token of the unhashed kind for one of them,
-/// of an environment as its first atom sees it. The patterns that collide in a bit follow each other, by
-/// ascending identifier. A path is found from both its ends, mostly with two identifiers.
+/// common, its bit is id mod QXGetHashSize(numbits); of an unhashed one, what those with one token have. The
+/// patterns that collide in a bit follow each other, by ascending identifier. A path is found from both its
+/// ends, mostly with two identifiers.
+///
+/// The text of these is a SMARTS for the first match: RDKit and QXSubSearch find it there once drawn hydrogens
+/// have become counts (QXSuppressHydrogens). It says what labels see as far as SMARTS can, chirality left out,
+/// so it may match elsewhere too.
 QX_API QXSystem::QXIter<QXFPPattern> QXGetFPPatterns(const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 
 /// The sets of atoms and bonds that patterns match. For MACCS keys each set once, and with `unique` what an
@@ -70,7 +76,7 @@ QX_API QXSystem::QXIter<QXChem::QXAtomBondSet> QXGetFPCoverage(const QXChem::QXM
                                                                const QXFPTypeBase* type, bool unique);
 
 /// Every match of a pattern in molA beside every match of the same pattern in molB. Graph fingerprints know a
-/// pattern by its identifier. The atoms and bonds of circular patterns correspond as a whole only, the first
+/// pattern by its identifier or token. The atoms and bonds of circular patterns correspond as a whole only, the first
 /// atoms, their centres, to each other: they may differ in number where a ring closes in one molecule only.
 QX_API QXSystem::QXIter<QXFPMatch> QXGetFPOverlap(const QXChem::QXMolBase& molA,
                                                   const QXChem::QXMolBase& molB, const QXFPTypeBase* type);

@@ -27,17 +27,30 @@ struct PatternRoutines {
   QXIter<QXFPMatch> (*overlap)(const QXMolBase& molA, const QXMolBase& molB, const QXFPTypeBase* type);
 };
 
-template <class Found>
+template <class Found, class Type>
 constexpr PatternRoutines RowOf() {
-  using Routines = GraphPatterns<Found>;
-  return {Found::kind.code, Routines::Patterns, Routines::Coverage, Routines::Overlap};
+  using Routines = GraphPatterns<Found, Type>;
+  return {Type::TypeCode, Routines::Patterns, Routines::Coverage, Routines::Overlap};
+}
+
+template <class Found>
+constexpr PatternRoutines Hashed() {
+  return RowOf<Found, typename Found::HashedType>();
+}
+
+template <class Found>
+constexpr PatternRoutines Unhashed() {
+  return RowOf<Found, typename Found::UnhashedType>();
 }
 
 constexpr PatternRoutines kinds[] = {
-    RowOf<PathSubstructures>(),
-    RowOf<CircularSubstructures>(),
-    RowOf<TreeSubstructures>(),
+    Hashed<PathSubstructures>(),
+    Hashed<CircularSubstructures>(),
+    Hashed<TreeSubstructures>(),
     {QXFPType::MACCS166, QXGetMACCSFPPatterns, QXGetMACCSFPCoverage, QXGetMACCSFPOverlap},
+    Unhashed<PathSubstructures>(),
+    Unhashed<CircularSubstructures>(),
+    Unhashed<TreeSubstructures>(),
 };
 
 const PatternRoutines* FindRoutines(const QXFPTypeBase& type) {

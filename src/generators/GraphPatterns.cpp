@@ -1,11 +1,13 @@
-// A pattern is all substructures of one identifier. Sorted by bit and identifier, those of a pattern are a
-// range, and two molecules share the ranges that a merge of both finds.
+// A pattern is all substructures of one identifier or token. Sorted by pattern, those of one are a range, and
+// two molecules share the ranges that a merge of both finds.
 
 #include "generators/GraphPatterns.h"
 
 #include <cstddef>
 #include <utility>
 
+#include "QXSystem/QXErrorHandler.h"
+#include "fingerprint/FingerPrintText.h"
 #include "generators/SourceIter.h"
 
 namespace QXFingrix {
@@ -20,13 +22,11 @@ struct Range {
   std::size_t end = 0;
 };
 
-// The substructures from a place on that have the same identifier; none at the end.
+// The substructures from a place on that have the same pattern; none at the end.
 Range RangeFrom(const Substructures& found, std::size_t begin) {
   const auto& sorted = found.Sorted();
   Range range{begin, begin};
-  while (range.end < sorted.size() && found.GetId(sorted[range.end]) == found.GetId(sorted[begin])) {
-    ++range.end;
-  }
+  while (range.end < sorted.size() && found.HaveSamePattern(sorted[range.end], sorted[begin])) ++range.end;
   return range;
 }
 
@@ -60,7 +60,8 @@ class PatternSource {
     const unsigned first = found_->Sorted()[range.begin];
     pattern.bit = found_->GetBit(first);
     pattern.id = found_->GetId(first);
-    pattern.text = found_->GetText(first);
+    pattern.token = found_->GetToken(first);
+    pattern.text = found_->GetSmarts(first);
     pattern.matches = MakeSourceIter(MatchSource(found_, range));
     return true;
   }
@@ -112,25 +113,20 @@ class OverlapSource {
     rangeA_ = RangeFrom(*a_, rangeA_.end);
     rangeB_ = RangeFrom(*b_, rangeB_.end);
     while (rangeA_.begin != rangeA_.end && rangeB_.begin != rangeB_.end) {
-      const auto keyA = Key(*a_, rangeA_);
-      const auto keyB = Key(*b_, rangeB_);
-      if (keyA == keyB) {
+      const auto order =
+          Substructures::ComparePatterns(*a_, a_->Sorted()[rangeA_.begin], *b_, b_->Sorted()[rangeB_.begin]);
+      if (order == 0) {
         nextA_ = rangeA_.begin;
         nextB_ = rangeB_.begin;
         return true;
       }
-      if (keyA < keyB) {
+      if (order < 0) {
         rangeA_ = RangeFrom(*a_, rangeA_.end);
       } else {
         rangeB_ = RangeFrom(*b_, rangeB_.end);
       }
     }
     return false;
-  }
-
-  static std::pair<unsigned, unsigned> Key(const Substructures& found, const Range& range) {
-    const unsigned i = found.Sorted()[range.begin];
-    return {found.GetBit(i), found.GetId(i)};
   }
 
   SubstructuresPtr a_;
@@ -142,6 +138,21 @@ class OverlapSource {
 };
 
 }  // namespace
+
+SubstructuresPtr FindSubstructures(const char* function, const GraphKind& kind, unsigned maxDistance,
+                                   std::shared_ptr<Substructures> found) {
+  switch (found->FindAll()) {
+    case Substructures::Outcome::Found:
+      return found;
+    case Substructures::Outcome::TokensTooLong:
+      ReportFPTextTooLong();
+      return nullptr;
+    case Substructures::Outcome::TooMany:
+      QXSystem::QXThrow.Error("%s() : more than %u patterns with max %s %u for %s fingerprint!", function,
+                              Substructures::maxFound, kind.distance, maxDistance, kind.word);
+  }
+  return nullptr;
+}
 
 QXIter<QXFPPattern> PatternsOf(const SubstructuresPtr& found) {
   return MakeSourceIter(PatternSource(found));

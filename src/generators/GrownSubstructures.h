@@ -11,9 +11,10 @@ namespace QXFingrix {
 /// Substructures without rings, which grow from an atom by one bond and the atom behind it at a time. They
 /// are kept as that atom and the bonds.
 class GrownSubstructures : public Substructures {
- protected:
+ public:
   using Substructures::Substructures;
 
+ protected:
   void Add(unsigned id, unsigned firstAtom, std::span<const unsigned> bonds);
 
   unsigned FirstAtom(unsigned i) const { return rows_[firsts_[i]]; }

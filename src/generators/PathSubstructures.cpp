@@ -34,7 +34,7 @@ bool PathSubstructures::Walk(unsigned atom, unsigned id) {
   return true;
 }
 
-std::string PathSubstructures::GetText(unsigned i) const {
+std::string PathSubstructures::WriteToken(unsigned i) const {
   const QXChem::QXAtomBondSet path = Read(i);
   std::string text = atomTexts_[path.Atoms()[0]];
   for (unsigned step = 0; step < path.NumBonds(); ++step) {

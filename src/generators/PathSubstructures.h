@@ -13,19 +13,19 @@ namespace QXFingrix {
 /// and bonds are in the order of the walk.
 class PathSubstructures final : public GrownSubstructures {
  public:
-  using Type = QXFPPathType;
+  using HashedType = QXFPPathType;
+  using UnhashedType = QXFPUnhashedPathType;
   static constexpr const GraphKind& kind = pathKind;
 
-  PathSubstructures(const QXChem::QXMolBase& mol, const TypeParams& params)
-      : GrownSubstructures(mol, kind.code, params) {}
+  using GrownSubstructures::GrownSubstructures;
 
-  std::string GetText(unsigned i) const override;
   /// Of the two directions of a path between heavy atoms the one that begins at the lower index stands for
   /// both.
   bool IsRepeated(unsigned i) const override;
 
  private:
   bool Find() override;
+  std::string WriteToken(unsigned i) const override;
   bool Walk(unsigned atom, unsigned id);
 
   // Only while paths are looked for.

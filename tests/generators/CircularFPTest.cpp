@@ -69,14 +69,9 @@ QXGraphMol Mixture(std::size_t first, std::size_t last) {
   return ReadSmiles(smiles);
 }
 
-const char* const fullerene =
-    "C12=C3C4=C5C6=C1C7=C8C9=C1C%10=C%11C(=C29)C3=C2C3=C4C4=C5C5=C9C6=C7C6=C7C8=C1C1=C8C%10=C%10C%11=C2C2="
-    "C3C3="
-    "C4C4=C5C5=C%11C%12=C(C6=C95)C7=C1C1=C%12C5=C%11C4=C3C3=C5C(=C81)C%10=C23";
-
 // Every kind of graph there is to be searched: masks of one word, of some, and none.
 std::vector<QXGraphMol> Graphs() {
-  std::vector<QXGraphMol> mols = {ReadSmiles(fullerene),
+  std::vector<QXGraphMol> mols = {ReadSmiles(test::fullerene),
                                   test::MakeCirculant(40, 5, {6}),
                                   test::MakeCirculant(300, 7, {6, 6, 7}),
                                   test::MakeCirculant(700, 26, {6}),
@@ -103,7 +98,7 @@ std::set<unsigned> BondsAround(const QXGraphMol& mol, unsigned centre, unsigned 
 
 TEST(CircularFP, EnvironmentsAreTheSetsOfBondsThatHaveNotAppeared) {
   Environments environments;
-  ASSERT_EQ(ReadSmiles(fullerene).NumBonds(), 90u);
+  ASSERT_EQ(ReadSmiles(test::fullerene).NumBonds(), 90u);
   for (const QXGraphMol& mol : Graphs()) {
     std::set<std::set<unsigned>> appeared = {{}};
     environments.Load(mol);
@@ -129,7 +124,7 @@ TEST(CircularFP, EnvironmentsAreTheSetsOfBondsThatHaveNotAppeared) {
 // Calls make(fp, mol) for all molecules in several threads and for shuffled copies.
 template <class Make>
 void ExpectOneAnswer(Make make) {
-  std::vector<QXGraphMol> mols = {ReadSmiles(fullerene), Mixture(0, 10), Mixture(300, 350)};
+  std::vector<QXGraphMol> mols = {ReadSmiles(test::fullerene), Mixture(0, 10), Mixture(300, 350)};
   for (const test::SmilesLine& line : test::ReadSmilesFile(QX_SOURCE_DIR "/data/molecules.smi", 300)) {
     mols.push_back(ReadSmiles(line.smiles));
   }

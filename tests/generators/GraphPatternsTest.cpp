@@ -8,8 +8,10 @@
 #include <set>
 #include <sstream>
 #include <tuple>
+#include <unordered_map>
 
 #include "QXChem/QXPerception.h"
+#include "QXChem/QXSubSearch.h"
 #include "QXFingrix/QXFPAtomLabels.h"
 #include "QXFingrix/QXFPPatterns.h"
 #include "QXFingrix/QXFPType.h"
@@ -44,6 +46,18 @@ constexpr const char* types[] = {
     "Tree,ver=2.0.0,size=4096,bonds=0-4,atype=DefaultTreeAtom,btype=DefaultTreeBond",
     "Tree,ver=2.0.0,size=1000,bonds=3-6,atype=AtmNum|Chiral|InRing,btype=Order|Chiral",
 };
+
+constexpr const char* unhashedTypes[] = {
+    "UHPath,ver=2.0.0,bonds=0-4,atype=AtmNum|Arom|HvyDeg,btype=Order|InRing",
+    "UHCircular,ver=2.0.0,radius=0-3,atype=AtmNum|Arom|HCount,btype=Order",
+    "UHTree,ver=2.0.0,bonds=0-4,atype=AtmNum|Arom|HvyDeg,btype=Order|InRing",
+};
+
+std::vector<const char*> AllTypes() {
+  std::vector<const char*> all(std::begin(types), std::end(types));
+  all.insert(all.end(), std::begin(unhashedTypes), std::end(unhashedTypes));
+  return all;
+}
 
 std::vector<QXGraphMol> Molecules(std::size_t number) {
   std::vector<QXGraphMol> molecules(1);
@@ -162,26 +176,104 @@ TEST(GraphPatterns, AreSubgraphsThatSetTheBitsOfTheFingerprint) {
   }
 }
 
-// Their texts are the tokens of the unhashed kind, as many as there are matches.
-TEST(GraphPatterns, AreWrittenAsTheTokensOfTheUnhashedFingerprint) {
-  const std::string params = ",ver=2.0.0,bonds=0-4,atype=AtmNum|Arom|HvyDeg,btype=Order|InRing";
-  for (const std::string kind : {"Path", "Tree"}) {
-    const QXFPTypeBase* const type = QXGetFPType(kind + params + ",size=4096");
-    const QXFPTypeBase* const unhashed = QXGetFPType("UH" + kind + params);
-    ASSERT_TRUE(type && unhashed);
+std::multiset<std::pair<Indices, Indices>> Covered(const QXGraphMol& mol, const QXFPTypeBase* type) {
+  std::multiset<std::pair<Indices, Indices>> sets;
+  for (const QXAtomBondSet& set : QXGetFPCoverage(mol, type, false)) {
+    Indices atoms = ToIndices(set.Atoms());
+    Indices bonds = ToIndices(set.Bonds());
+    std::ranges::sort(atoms);
+    std::ranges::sort(bonds);
+    sets.emplace(std::move(atoms), std::move(bonds));
+  }
+  return sets;
+}
+
+// As many of each token as there are matches, on the subgraphs of the hashed kind.
+TEST(GraphPatterns, OfUnhashedFingerprintsAreTheirTokens) {
+  for (const std::string text : unhashedTypes) {
+    const QXFPTypeBase* const type = QXGetFPType(text);
+    const QXFPTypeBase* const hashed = QXGetFPType(text.substr(2) + ",size=4096");
+    ASSERT_TRUE(type && hashed) << text;
     for (const QXGraphMol& mol : Molecules(100)) {
       QXFingerPrint fp;
-      ASSERT_TRUE(QXMakeFP(fp, mol, unhashed));
+      ASSERT_TRUE(QXMakeFP(fp, mol, type));
       std::map<std::string, std::size_t> tokens;
-      std::istringstream text{std::string(QXGetFPText(fp))};
-      for (std::string token; text >> token;) ++tokens[token];
+      std::istringstream words{std::string(QXGetFPText(fp))};
+      for (std::string token; words >> token;) ++tokens[token];
       std::map<std::string, std::size_t> found;
       for (const QXFPPattern& pattern : QXGetFPPatterns(mol, type)) {
-        found[pattern.text] += ToVector(pattern.matches).size();
+        ASSERT_TRUE(found.empty() || found.rbegin()->first < pattern.token);
+        ASSERT_EQ(pattern.bit + pattern.id, 0u);
+        found[pattern.token] = ToVector(pattern.matches).size();
       }
-      EXPECT_EQ(found, tokens);
+      EXPECT_EQ(found, tokens) << text;
+      EXPECT_EQ(Covered(mol, type), Covered(mol, hashed)) << text;
     }
   }
+}
+
+// What is not in files of molecules: orders without a symbol, contacts, dative bonds, and the wide rings and
+// many ring closures of a cage.
+std::vector<QXGraphMol> OddMolecules() {
+  std::vector<QXGraphMol> molecules;
+  for (const char* smiles : {"[NH3]->[Cu]<-[NH3]", "C[Re]$[Re]C", "[2H]N(C)CC(*)O[2H]",
+                             "c1cc[se]c1.c1cc[o+]cc1.C[N+](C)(C)C.C[n+]1cc[nH]c1",
+                             "CS(=O)C.CS(C)(=O)=O.S1C=CC=C1.FCCCl.C=CC#C[O-]",
+                             "c1ccccc1[Si](C)(C)[SiH3].[Te]1C=CC=C1", test::fullerene}) {
+    molecules.push_back(ReadSmiles(smiles));
+    EXPECT_TRUE(molecules.back().IsValid()) << smiles;
+  }
+  QXGraphMol& made = molecules.emplace_back();
+  for (unsigned order = 0; order < 10; ++order) {
+    made.NewAtom(26);
+    made.NewAtom(24);
+    made.NewBond(2 * order, 2 * order + 1, order);
+  }
+  return molecules;
+}
+
+// A pattern's text finds the first match, centre or end first, in the molecule that labels see.
+TEST(GraphPatterns, AreWrittenAsSmartsThatFindThem) {
+  std::unordered_map<std::string, QXChem::QXSubSearch> searches;
+  std::size_t numFound = 0;
+  const auto check = [&](QXGraphMol mol, const char* text) {
+    const QXFPTypeBase* const type = QXGetFPType(text);
+    ASSERT_TRUE(type) << text;
+    QXPrepareForFingerprinting(mol, type->GetFPType());
+    QXChem::QXAssignHybridization(mol);
+    const QXChem::QXSubSearchTarget target(mol);
+    for (const QXFPPattern& pattern : QXGetFPPatterns(mol, type)) {
+      const QXChem::QXSubSearch& search = searches.try_emplace(pattern.text, pattern.text).first->second;
+      ASSERT_TRUE(search.IsValid()) << pattern.text;
+      const QXAtomBondSet wanted = *pattern.matches;
+      ASSERT_EQ(search.NumBonds(), wanted.NumBonds()) << pattern.text;
+      const auto sorted = [](std::span<const unsigned> values) {
+        return std::set(values.begin(), values.end());
+      };
+      auto matches = search.Match(target);
+      while (matches && (matches->Atoms()[0] != wanted.Atoms()[0] ||
+                         sorted(matches->Bonds()) != sorted(wanted.Bonds()) ||
+                         sorted(matches->Atoms()) != sorted(wanted.Atoms()))) {
+        ++matches;
+      }
+      ASSERT_TRUE(matches) << pattern.text << " is not found at atom " << wanted.Atoms()[0] << ", " << text;
+      ++numFound;
+    }
+  };
+  constexpr const char* oddTypes[] = {
+      "Path,ver=2.0.0,size=64,bonds=0-3,atype=AtmNum|Arom|EqArom|InRing|HCount,btype=Order|Chiral|InRing",
+      "Circular,ver=2.0.0,size=64,radius=0-2,atype=AtmNum|Chiral|FCharge|EqHBAcc|EqHBDon|EqArom,btype=InRing",
+      "Tree,ver=2.0.0,size=64,bonds=0-3,atype=Arom|HvyDeg|Hyb|EqHalo,btype=Order|InRing",
+  };
+  std::vector<QXGraphMol> molecules = Molecules(300);
+  for (QXGraphMol& mol : OddMolecules()) molecules.push_back(std::move(mol));
+  for (std::size_t i = 0; i < molecules.size(); ++i) {
+    for (const std::size_t kind : {0, 3, 5}) ASSERT_NO_FATAL_FAILURE(check(molecules[i], types[kind])) << i;
+    if (i > 30 && i < 300) continue;
+    for (const char* text : oddTypes) ASSERT_NO_FATAL_FAILURE(check(molecules[i], text)) << i;
+    for (const char* text : unhashedTypes) ASSERT_NO_FATAL_FAILURE(check(molecules[i], text)) << i;
+  }
+  EXPECT_GT(numFound, 100000u);
 }
 
 TEST(GraphPatterns, PathsAreThoseOfThePathGenerator) {
@@ -211,13 +303,13 @@ TEST(GraphPatterns, PathsAreThoseOfThePathGenerator) {
 TEST(GraphPatterns, DoNotDependOnTheOrderOfAtoms) {
   std::mt19937 random(5);
   const auto count = [](const QXGraphMol& mol, const QXFPTypeBase* type) {
-    std::map<unsigned, std::size_t> counts;
+    std::map<std::pair<unsigned, std::string>, std::size_t> counts;
     for (const QXFPPattern& pattern : QXGetFPPatterns(mol, type)) {
-      counts[pattern.id] = ToVector(pattern.matches).size();
+      counts[{pattern.id, pattern.token}] = ToVector(pattern.matches).size();
     }
     return counts;
   };
-  for (const char* text : types) {
+  for (const char* text : AllTypes()) {
     const QXFPTypeBase* const type = QXGetFPType(text);
     for (const QXGraphMol& mol : Molecules(40)) {
       Indices order;
@@ -258,20 +350,20 @@ TEST(GraphPatterns, AreFoundInTheMoleculeAsDrawn) {
 
 TEST(GraphOverlap, PairsEveryMatchWithEveryMatchOfTheSamePattern) {
   const auto molecules = Molecules(12);
-  for (const char* text : types) {
+  for (const char* text : AllTypes()) {
     const QXFPTypeBase* const type = QXGetFPType(text);
-    const bool isCircular = type->GetFPType() == QXFPType::Circular;
+    const bool isCircular = std::string_view(text).find("Circular") != std::string_view::npos;
     for (std::size_t i = 0; i < molecules.size(); ++i) {
       for (const std::size_t k : {i, (i + 1) % molecules.size()}) {
         const QXGraphMol& a = molecules[i];
         const QXGraphMol& b = molecules[k];
-        std::map<unsigned, std::size_t> ofA;
+        std::map<std::pair<unsigned, std::string>, std::size_t> ofA;
         for (const QXFPPattern& pattern : QXGetFPPatterns(a, type)) {
-          ofA[pattern.id] = ToVector(pattern.matches).size();
+          ofA[{pattern.id, pattern.token}] = ToVector(pattern.matches).size();
         }
         std::size_t expected = 0;
         for (const QXFPPattern& pattern : QXGetFPPatterns(b, type)) {
-          const auto shared = ofA.find(pattern.id);
+          const auto shared = ofA.find({pattern.id, pattern.token});
           if (shared != ofA.end()) expected += shared->second * ToVector(pattern.matches).size();
         }
         std::size_t found = 0;
@@ -295,13 +387,21 @@ TEST(GraphPatterns, TooManyAreRefused) {
     const QXFPTypeBase* type;
     std::string end;
   } cases[] = {
-      {QXGetPathFPType(4096, 0, 20, 191, 3), "20 bonds for path fingerprint!"},
-      {QXGetTreeFPType(4096, 10, 10, 191, 3), "10 bonds for tree fingerprint!"},
+      {QXGetPathFPType(4096, 0, 20, 191, 3), "20 for path fingerprint!"},
+      {QXGetTreeFPType(4096, 10, 10, 191, 3), "10 for tree fingerprint!"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(QXGetFPPatterns(mol, c.type)); }),
-              Reports{"Error: QXGetFPPatterns() : more than 2000000 patterns of at most " + c.end});
+              Reports{"Error: QXGetFPPatterns() : more than 2000000 patterns with max bonds " + c.end});
   }
+}
+
+TEST(GraphOverlap, ParametersAreCorrectedWithOneWarningForBothMolecules) {
+  const QXGraphMol mol = ReadSmiles("CCO");
+  const QXFPTypeBase* const type = QXGetTreeFPType(4096, 0, 11, 63, 1);
+  EXPECT_EQ(
+      ReportsOf([&] { EXPECT_TRUE(QXGetFPOverlap(mol, mol, type)); }),
+      Reports{"Warning: QXGetFPOverlap() : invalid max bonds 11 for tree fingerprint (default 4 is used)!"});
 }
 
 }  // namespace

@@ -19,20 +19,34 @@ bool CircularSubstructures::Find() {
   for (unsigned atom = 0; params_.minDistance == 0 && atom < Mol().NumAtoms(); ++atom) {
     Add(ids.Get()[atom], {atom, 0});
   }
+  EnvironmentText writer;
+  if (IsUnhashed()) writer.Load(Mol(), atomTexts_, bondTexts_);
   Environments environments;
   environments.Load(Mol());
-  std::vector<std::pair<unsigned, unsigned>> best;  // identifier and centre of each environment
+  constexpr unsigned none = UINT_MAX;
+  std::vector<unsigned> best;  // centre of each environment
+  std::vector<std::string> bestTokens;
+  std::string token;
   for (unsigned radius = 1; radius <= params_.maxDistance; ++radius) {
     const auto centres = environments.Grow();
     if (centres.empty()) break;
     ids.Grow();
     if (radius < params_.minDistance) continue;
-    best.assign(environments.NumFound(), {UINT_MAX, UINT_MAX});
+    if (NumFound() + environments.NumFound() > maxFound) return false;
+    best.assign(environments.NumFound(), none);
+    bestTokens.resize(best.size());
     for (const auto& [atom, environment] : centres) {
-      best[environment] = std::min(best[environment], {ids.Get()[atom], atom});
+      unsigned& centre = best[environment];
+      if (IsUnhashed()) {
+        writer.Write(atom, radius, token);
+        if (centre != none && token >= bestTokens[environment]) continue;
+        bestTokens[environment] = token;
+      } else if (centre != none && ids.Get()[atom] >= ids.Get()[centre]) {
+        continue;
+      }
+      centre = atom;
     }
-    if (NumFound() + best.size() > maxFound) return false;
-    for (const auto& [id, centre] : best) Add(id, {centre, radius});
+    for (const unsigned centre : best) Add(ids.Get()[centre], {centre, radius});
   }
   return true;
 }
@@ -54,7 +68,7 @@ QXChem::QXAtomBondSet CircularSubstructures::Read(unsigned i) const {
 
 // Writes the environment as a molecule of its own, since to make ready for texts takes time that grows with
 // the molecule.
-std::string CircularSubstructures::GetText(unsigned i) const {
+std::string CircularSubstructures::WriteToken(unsigned i) const {
   const QXChem::QXAtomBondSet set = Read(i);
   QXChem::QXGraphMol part;
   std::vector<std::string> atomTexts;

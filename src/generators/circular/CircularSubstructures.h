@@ -9,18 +9,15 @@
 
 namespace QXFingrix {
 
-/// The environments of a molecule, each by the centre that gives its identifier, which is its first atom.
-/// The others follow by distance.
+/// The environments of a molecule, each by the centre that gives its identifier or token, which is its first
+/// atom. The others follow by distance.
 class CircularSubstructures final : public Substructures {
  public:
-  using Type = QXFPCircularType;
+  using HashedType = QXFPCircularType;
+  using UnhashedType = QXFPUnhashedCircularType;
   static constexpr const GraphKind& kind = circularKind;
 
-  CircularSubstructures(const QXChem::QXMolBase& mol, const TypeParams& params)
-      : Substructures(mol, kind.code, params) {}
-
-  /// The text from that centre. The unhashed kind takes the first of the texts from all centres.
-  std::string GetText(unsigned i) const override;
+  using Substructures::Substructures;
 
  private:
   struct Place {
@@ -29,6 +26,7 @@ class CircularSubstructures final : public Substructures {
   };
 
   bool Find() override;
+  std::string WriteToken(unsigned i) const override;
   void Add(unsigned id, const Place& place);
   QXChem::QXAtomBondSet Read(unsigned i) const override;
 

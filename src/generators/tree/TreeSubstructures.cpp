@@ -42,7 +42,7 @@ QXChem::QXAtomBondSet TreeSubstructures::Read(unsigned i) const {
 }
 
 // With labels of its own, since to make ready for texts takes time that grows with the molecule.
-std::string TreeSubstructures::GetText(unsigned i) const {
+std::string TreeSubstructures::WriteToken(unsigned i) const {
   std::vector<TreeNode> nodes = Nodes(i);
   std::vector<std::string> atomTexts;
   std::vector<std::string> bondTexts;

@@ -13,16 +13,15 @@ namespace QXFingrix {
 /// The trees of a molecule. Atoms and bonds are listed from the centre outwards.
 class TreeSubstructures final : public GrownSubstructures {
  public:
-  using Type = QXFPTreeType;
+  using HashedType = QXFPTreeType;
+  using UnhashedType = QXFPUnhashedTreeType;
   static constexpr const GraphKind& kind = treeKind;
 
-  TreeSubstructures(const QXChem::QXMolBase& mol, const TypeParams& params)
-      : GrownSubstructures(mol, kind.code, params) {}
-
-  std::string GetText(unsigned i) const override;
+  using GrownSubstructures::GrownSubstructures;
 
  private:
   bool Find() override;
+  std::string WriteToken(unsigned i) const override;
   QXChem::QXAtomBondSet Read(unsigned i) const override;
   std::vector<TreeNode> Nodes(unsigned i) const;
 };
