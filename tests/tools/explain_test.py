@@ -63,7 +63,7 @@ class ExplainTest(QxfpCase):
             (["C", "C("], CANNOT_RUN, b"B 'C('"),
             (["C", "-key", "167"], BAD_USAGE, b"-key 167 is not from 1 to 166"),
             (["C", "-key", "0"], BAD_USAGE, b"-key 0 is not from 1 to 166"),
-            (["C", "-type", "Lingo"], BAD_USAGE, b"cannot be explained"),
+            (["C", "-type", "Lingo"], BAD_USAGE, b"is not available for Lingo fingerprint!"),
             (["C", "-type", "Pfad"], BAD_USAGE, b"no fingerprint type"),
             ([], BAD_USAGE, b""),
         ]

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Messages.h"
 #include "QXChem/QXGraphMol.h"
 #include "QXChem/QXReadMolecule.h"
 #include "QXFingrix/QXFPAtomTypes.h"
@@ -53,12 +54,6 @@ std::string JoinNames(const QXSystem::QXNamespaceInterface& constants) {
   std::string names;
   for (const auto& entry : constants.GetEntries()) names += (names.empty() ? "" : ", ") + entry.name;
   return names;
-}
-
-std::string JoinMessages(const QXSystem::QXErrorCollector& collector) {
-  std::string texts;
-  for (const auto& message : collector.Messages()) texts += (texts.empty() ? "" : "; ") + message.text;
-  return texts;
 }
 
 const char* FindPartialOption(const QXInterface& itf) {

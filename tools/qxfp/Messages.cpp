@@ -66,6 +66,12 @@ bool SucceedsQuietly(const std::function<void()>& work) {
       messages, [](const auto& message) { return message.level >= QXSystem::QXErrorLevel::Warning; });
 }
 
+std::string JoinMessages(const QXSystem::QXErrorCollector& collector) {
+  std::string texts;
+  for (const auto& message : collector.Messages()) texts += (texts.empty() ? "" : "; ") + message.text;
+  return texts;
+}
+
 void ShowStatusLine(std::string_view text) {
   const std::lock_guard lock(mutex);
   if (text.empty() && statusLine.empty()) return;

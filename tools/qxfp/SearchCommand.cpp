@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -10,7 +12,6 @@
 #include "MoleculeFile.h"
 #include "Numbers.h"
 #include "QXFingrix/QXFPDatabaseOptions.h"
-#include "QXFingrix/QXFPPatterns.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "RowWriter.h"
 #include "ScoreOptions.h"
@@ -29,7 +30,6 @@ using QXSystem::QXParameter;
 using QXSystem::QXParameterType;
 
 constexpr unsigned kDefaultLimit = 10;
-constexpr std::size_t kNumLargest = 3;  // shared patterns that a row names
 
 void Configure(QXSystem::QXInterface& itf) {
   itf.AddParameter(QXParameter("-in", QXParameterType::String)
@@ -50,6 +50,10 @@ void Configure(QXSystem::QXInterface& itf) {
   itf.AddParameter(QXParameter("-explain", QXParameterType::Unsigned)
                        .SetBrief("For how many hits of each query the patterns shared with it are told")
                        .SetDefault("0"));
+  itf.AddParameter(QXParameter("-patterns", QXParameterType::Unsigned)
+                       .SetBrief("With -explain: how many of the shared patterns are shown, largest first")
+                       .SetDetail("\n\t0: all")
+                       .SetDefault("10"));
   itf.AddParameter(
       QXParameter("-svg", QXParameterType::String)
           .SetBrief("With -explain: folder for drawings of query and hit, what they share marked"));
@@ -64,6 +68,7 @@ void Configure(QXSystem::QXInterface& itf) {
 /// Which hits are explained, and where drawings go.
 struct Explaining {
   unsigned numHits = 0;
+  unsigned numPatterns = 0;      // that are shown, 0: all
   std::filesystem::path folder;  // empty: no drawings
 };
 
@@ -132,7 +137,7 @@ class Search {
     if (!writer_) {
       std::vector<Column> columns = {{"rank", true}, {"index", true}, {"score", true}, {"title"}, {"smiles"}};
       if (HasSeveralQueries()) columns.insert(columns.begin(), {"query"});
-      if (explaining_.numHits > 0) columns.insert(columns.end(), {{"shared", true}, {"largest"}});
+      if (explaining_.numHits > 0) columns.insert(columns.end(), {{"shared", true}, {"patterns"}});
       writer_ = MakeRowWriter(form_, std::move(columns));
     }
     return *writer_;
@@ -158,8 +163,8 @@ class Search {
   bool ReadQuery(std::uint64_t i) {
     std::string reason;
     const auto index = queries_.GetStoredIndex();
-    if (index ? ReadSmiles(mol_, target_.GetSmiles(*index), reason) : queries_.Read(mol_, i, reason)) {
-      ofQuery_ = FindPatterns(mol_, target_.GetFPTypeBase());
+    if ((index ? ReadSmiles(mol_, target_.GetSmiles(*index), reason) : queries_.Read(mol_, i, reason)) &&
+        FindPatterns(ofQuery_, mol_, target_.GetFPTypeBase(), std::nullopt, reason)) {
       return true;
     }
     ReportUnexplained("the hits of query '" + queries_.GetName(i) + "'", reason);
@@ -170,12 +175,15 @@ class Search {
   void Explain(std::uint64_t i, std::uint64_t rank, std::uint64_t index, std::vector<std::string>& cells) {
     std::string reason;
     const std::string name = "record " + std::to_string(index);
-    if (!ReadSmiles(hitMol_, target_.GetSmiles(index), reason)) return ReportUnexplained(name, reason);
+    FoundPatterns ofHit;
+    if (!ReadSmiles(hitMol_, target_.GetSmiles(index), reason) ||
+        !FindPatterns(ofHit, hitMol_, target_.GetFPTypeBase(), std::nullopt, reason)) {
+      return ReportUnexplained(name, reason);
+    }
     FoundPatterns ofQuery = ofQuery_;
-    FoundPatterns ofHit = FindPatterns(hitMol_, target_.GetFPTypeBase());
     KeepShared(ofQuery, ofHit);
     cells[cells.size() - 2] = std::to_string(ofQuery.size());
-    for (const std::string& text : LargestPatterns(ofQuery, kNumLargest)) {
+    for (const std::string& text : LargestPatterns(ofQuery, explaining_.numPatterns)) {
       cells.back() += (cells.back().empty() ? "" : " ") + text;
     }
     if (explaining_.folder.empty()) return;
@@ -206,24 +214,44 @@ class Search {
 };
 
 // Errors: false and a reason in words when the hits of such fingerprints cannot be explained.
-bool SetupExplaining(const QXSystem::QXInterface& itf, const QXFingrix::QXFPTypeBase* type,
-                     Explaining& explaining, std::string& reason) {
+bool CanExplain(const QXFingrix::QXFPTypeBase* type, std::string& reason) {
+  if (CanFindPatterns(type, reason)) return true;
+  reason = "-explain: " + reason;
+  return false;
+}
+
+// Looks at the options, the type of fingerprints that are still to be made among them, and makes the folder.
+// Errors: false and a reason in words.
+bool SetupExplaining(const QXSystem::QXInterface& itf, Explaining& explaining, std::string& reason) {
   explaining.numHits = itf.Get<unsigned>("-explain");
+  explaining.numPatterns = itf.Get<unsigned>("-patterns");
   if (itf.IsSet("-svg")) explaining.folder = itf.Get<std::string>("-svg");
   if (explaining.numHits == 0) {
-    reason = "-svg draws what -explain explains";
-    return explaining.folder.empty();
+    const char* const option = itf.IsSet("-svg") ? "-svg" : itf.IsSet("-patterns") ? "-patterns" : nullptr;
+    if (option) reason = std::string(option) + " is for what -explain explains";
+    return !option;
   }
-  reason = "-explain: fingerprints of type '" + type->GetFPTypeString() + "' cannot be explained";
-  if (!QXFingrix::QXHasFPPatterns(type)) return false;
-  reason = "-svg '" + explaining.folder.string() + "' is not a folder";
-  return explaining.folder.empty() || std::filesystem::is_directory(explaining.folder);
+  if (HasMoleculeExtension(itf.Get<std::string>("-in"))) {
+    const QXFingrix::QXFPTypeBase* type = SetupFingerprintType(itf, reason);
+    if (!type || !CanExplain(type, reason)) return false;
+  }
+  if (explaining.folder.empty()) return true;
+  std::error_code failure;
+  std::filesystem::create_directories(explaining.folder, failure);
+  reason = "-svg '" + explaining.folder.string() + "' cannot be made: " + failure.message();
+  return std::filesystem::is_directory(explaining.folder);
 }
 
 ExitStatus Run(const QXSystem::QXInterface& itf) {
   QXFPDatabaseOptions options;
   if (!SetupScoreOptions(itf, options)) return BadUsage;
   options.SetNumProcessors(itf.Get<unsigned>("-threads"));
+  Explaining explaining;
+  std::string reason;
+  if (!SetupExplaining(itf, explaining, reason)) {
+    QXSystem::QXThrow.Error("%s", reason.c_str());
+    return BadUsage;
+  }
   SearchQueries queries;
   if (!queries.Open(itf.Get<std::string>("-query"))) return CannotRun;
   const auto open =
@@ -231,9 +259,7 @@ ExitStatus Run(const QXSystem::QXInterface& itf) {
   ExitStatus status = Done;
   const auto target = open(itf, options, status);
   if (!target) return status;
-  Explaining explaining;
-  std::string reason;
-  if (!SetupExplaining(itf, target->GetFPTypeBase(), explaining, reason)) {
+  if (explaining.numHits > 0 && !CanExplain(target->GetFPTypeBase(), reason)) {
     QXSystem::QXThrow.Error("%s", reason.c_str());
     return BadUsage;
   }
@@ -256,8 +282,8 @@ extern const Command searchCommand = {
     "of 0 out. Scores are ordered as -descending says, whatever the measure; Manhattan is a distance.\n"
     "Unhashed fingerprints are compared by Tanimoto only.\n"
     "-explain N adds, for the first N hits of each query, how many patterns of the fingerprint both\n"
-    "molecules have and the largest of them. -svg draws both, with the atoms and bonds of the large\n"
-    "shared patterns marked, in files named by query and rank.\n",
+    "molecules have, and as SMARTS the -patterns largest of them. -svg draws both, with the atoms and bonds\n"
+    "of the large shared patterns marked, in files named by query and rank.\n",
     Configure,
     Run};
 

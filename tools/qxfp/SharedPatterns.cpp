@@ -4,7 +4,9 @@
 #include <fstream>
 #include <functional>
 
+#include "Messages.h"
 #include "PendingFile.h"
+#include "QXChem/QXGraphMol.h"
 #include "QXFingrix/QXFPPatterns.h"
 #include "QXSystem/QXErrorHandler.h"
 
@@ -12,12 +14,34 @@ namespace qxfp {
 
 using QXSystem::QXThrow;
 
-FoundPatterns FindPatterns(const QXChem::QXMolBase& mol, const QXFingrix::QXFPTypeBase* type,
-                           std::optional<unsigned> onlyBit) {
-  FoundPatterns patterns;
-  for (const QXFingrix::QXFPPattern& pattern : QXFingrix::QXGetFPPatterns(mol, type)) {
+namespace {
+
+// The iterator of nothing after a report is not that of a molecule without patterns.
+QXSystem::QXIter<QXFingrix::QXFPPattern> GetPatterns(const QXChem::QXMolBase& mol,
+                                                     const QXFingrix::QXFPTypeBase* type,
+                                                     std::string& reason) {
+  const QXSystem::QXErrorCollector collector(QXSystem::QXErrorLevel::Warning);
+  auto patterns = QXFingrix::QXGetFPPatterns(mol, type);
+  reason = patterns ? "" : JoinMessages(collector);
+  return patterns;
+}
+
+}  // namespace
+
+bool CanFindPatterns(const QXFingrix::QXFPTypeBase* type, std::string& reason) {
+  if (QXFingrix::QXHasFPPatterns(type)) return true;
+  GetPatterns(QXChem::QXGraphMol(), type, reason);
+  return false;
+}
+
+bool FindPatterns(FoundPatterns& patterns, const QXChem::QXMolBase& mol, const QXFingrix::QXFPTypeBase* type,
+                  std::optional<unsigned> onlyBit, std::string& reason) {
+  patterns.clear();
+  const auto all = GetPatterns(mol, type, reason);
+  if (!reason.empty()) return false;
+  for (const QXFingrix::QXFPPattern& pattern : all) {
     if (onlyBit && pattern.bit != *onlyBit) continue;
-    FoundPattern& found = patterns[{pattern.bit, pattern.id}];
+    FoundPattern& found = patterns[{pattern.bit, pattern.id, pattern.token}];
     found.text = pattern.text;
     auto matches = pattern.matches;
     if (matches) found.numBonds = matches->NumBonds();
@@ -27,7 +51,7 @@ FoundPatterns FindPatterns(const QXChem::QXMolBase& mol, const QXFingrix::QXFPTy
     }
     found.isComplete = !matches;
   }
-  return patterns;
+  return true;
 }
 
 void KeepShared(FoundPatterns& a, FoundPatterns& b) {
@@ -42,7 +66,7 @@ std::vector<std::string> LargestPatterns(const FoundPatterns& found, std::size_t
   std::vector<std::string> texts;
   std::set<std::pair<std::set<unsigned>, std::set<unsigned>>> seen;
   for (const FoundPattern* pattern : sorted) {
-    if (texts.size() == limit) break;
+    if (limit > 0 && texts.size() == limit) break;
     if (seen.emplace(pattern->atoms, pattern->bonds).second) texts.push_back(pattern->text);
   }
   return texts;

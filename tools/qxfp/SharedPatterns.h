@@ -1,11 +1,11 @@
 #pragma once
 
+#include <compare>
 #include <map>
 #include <optional>
 #include <set>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "QXChem/QXDepict.h"
@@ -27,17 +27,30 @@ struct FoundPattern {
   std::set<unsigned> bonds;
 };
 
-/// By bit and identifier.
-using FoundPatterns = std::map<std::pair<unsigned, unsigned>, FoundPattern>;
+/// By what two molecules know that they share it: bit and identifier, or the token of an unhashed fingerprint.
+struct PatternKey {
+  unsigned bit;
+  unsigned id;
+  std::string token;
 
-FoundPatterns FindPatterns(const QXChem::QXMolBase& mol, const QXFingrix::QXFPTypeBase* type,
-                           std::optional<unsigned> onlyBit = std::nullopt);
+  auto operator<=>(const PatternKey&) const = default;
+};
+
+using FoundPatterns = std::map<PatternKey, FoundPattern>;
+
+/// Whether fingerprints of the type have patterns. Errors: false and a reason in words.
+bool CanFindPatterns(const QXFingrix::QXFPTypeBase* type, std::string& reason);
+
+/// Replaces `patterns` by those of a molecule, which may be none.
+/// Errors   false and a reason in words: too many. No report.
+bool FindPatterns(FoundPatterns& patterns, const QXChem::QXMolBase& mol, const QXFingrix::QXFPTypeBase* type,
+                  std::optional<unsigned> onlyBit, std::string& reason);
 
 /// Leaves in both what both have.
 void KeepShared(FoundPatterns& a, FoundPatterns& b);
 
-/// The texts of the patterns with the most bonds, at most `limit`; of those on the same atoms and bonds, such
-/// as a path read from its two ends, one.
+/// The texts of the patterns with the most bonds, at most `limit` of them or, when it is 0, all; of those on the
+/// same atoms and bonds, such as a path read from its two ends, one.
 std::vector<std::string> LargestPatterns(const FoundPatterns& found, std::size_t limit);
 
 /// All atoms and bonds of some patterns.
