@@ -26,6 +26,14 @@ inline constexpr unsigned InMemory = 2;      ///< in the heap: the file is read 
 inline constexpr unsigned CUDA = 3;          ///< on a GPU; falls back to memory-mapped where there is none
 }  // namespace QXFastFPDatabaseMemoryType
 
+/// Whether searches use an index, in which the records are stored by bit: docs/Index.md. Hits and scores are the
+/// same; each search takes the way that is expected to be faster.
+namespace QXFastFPDatabaseIndex {
+inline constexpr unsigned None = 0;      ///< scan the records
+inline constexpr unsigned FromFile = 1;  ///< that of the file beside the .fpbin file, when there is one
+inline constexpr unsigned Build = 2;     ///< the same or, when there is none, one that is made in the heap
+}  // namespace QXFastFPDatabaseIndex
+
 /// Whether a GPU can be used for searching.
 QX_API bool QXFingrixIsGPUReady();
 
@@ -49,12 +57,15 @@ class QXFastFPDatabaseImplBase;
 /// Threads  a database does not change; any number of threads may search it at once.
 class QX_API QXFastFPDatabase {
  public:
-  /// Opens a file; memoryType is a QXFastFPDatabaseMemoryType value.
+  /// Opens a file; memoryType is a QXFastFPDatabaseMemoryType value, indexUse a QXFastFPDatabaseIndex value.
   /// Errors   warns and is not valid when the header is not sound, the size of the file does not fit what the
   ///          header says, or the file was written in the other byte order; in memory also when the records do
-  ///          not fit into it, or one of them counts more bits than it can have.
+  ///          not fit into it, or one of them counts more bits than it can have. An index that is stale or damaged
+  ///          draws a warning and is not used; the latter may be seen only by the first search that wants it,
+  ///          which reads all of it once.
   explicit QXFastFPDatabase(const std::string& fpbinFile,
-                            unsigned memoryType = QXFastFPDatabaseMemoryType::MemoryMapped);
+                            unsigned memoryType = QXFastFPDatabaseMemoryType::MemoryMapped,
+                            unsigned indexUse = QXFastFPDatabaseIndex::FromFile);
   ~QXFastFPDatabase();
   QXFastFPDatabase(QXFastFPDatabase&&) noexcept;
   QXFastFPDatabase& operator=(QXFastFPDatabase&&) noexcept;

@@ -116,10 +116,15 @@ Scores RunQuery(const Impl* impl, ScoreOperation<Scores> operation, const Query&
 }
 
 // An unknown memory type is tried on a GPU first, like CUDA.
-std::unique_ptr<Impl> OpenDatabase(const std::string& fpbinFile, unsigned memoryType) {
+std::unique_ptr<Impl> OpenDatabase(const std::string& fpbinFile, unsigned memoryType, unsigned indexUse) {
   constexpr const char* caller = fastFPDatabaseConstructor;
+  if (indexUse > QXFastFPDatabaseIndex::Build) {
+    QXThrow.Warning("%s : unknown use of an index '%u', at most %u; that of the file is used", caller,
+                    indexUse, QXFastFPDatabaseIndex::Build);
+    indexUse = QXFastFPDatabaseIndex::FromFile;
+  }
   if (memoryType == QXFastFPDatabaseMemoryType::InMemory) {
-    return std::make_unique<QXFastFPInMemoryDatabaseImpl>(fpbinFile);
+    return std::make_unique<QXFastFPInMemoryDatabaseImpl>(fpbinFile, indexUse);
   }
   if (memoryType != QXFastFPDatabaseMemoryType::MemoryMapped) {
     if (memoryType != QXFastFPDatabaseMemoryType::CUDA) {
@@ -129,7 +134,7 @@ std::unique_ptr<Impl> OpenDatabase(const std::string& fpbinFile, unsigned memory
       Refuse(caller, "no CUDA-enabled device available falling back to memory-mapped type!");
     }
   }
-  return std::make_unique<QXFastFPMemoryMapDatabaseImpl>(fpbinFile);
+  return std::make_unique<QXFastFPMemoryMapDatabaseImpl>(fpbinFile, indexUse);
 }
 
 }  // namespace
@@ -138,8 +143,8 @@ bool QXFingrixIsGPUReady() {
   return false;  // there is no GPU back end yet
 }
 
-QXFastFPDatabase::QXFastFPDatabase(const std::string& fpbinFile, unsigned memoryType)
-    : impl_(OpenDatabase(fpbinFile, memoryType)) {}
+QXFastFPDatabase::QXFastFPDatabase(const std::string& fpbinFile, unsigned memoryType, unsigned indexUse)
+    : impl_(OpenDatabase(fpbinFile, memoryType, indexUse)) {}
 QXFastFPDatabase::~QXFastFPDatabase() = default;
 QXFastFPDatabase::QXFastFPDatabase(QXFastFPDatabase&&) noexcept = default;
 QXFastFPDatabase& QXFastFPDatabase::operator=(QXFastFPDatabase&&) noexcept = default;

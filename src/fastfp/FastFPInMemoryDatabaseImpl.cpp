@@ -5,11 +5,14 @@
 
 namespace QXFingrix {
 
-QXFastFPInMemoryDatabaseImpl::QXFastFPInMemoryDatabaseImpl(const std::string& fpbinFile)
-    : FastFPScanImpl(fpbinFile) {
+QXFastFPInMemoryDatabaseImpl::QXFastFPInMemoryDatabaseImpl(const std::string& fpbinFile, unsigned indexUse)
+    : FastFPScanImpl(fpbinFile, indexUse) {
   if (!IsValid()) return;
   records_ = ReadRecords(FileName(), Params(), fastFPDatabaseConstructor);
-  if (records_ != nullptr) return;
+  if (records_ != nullptr) {
+    OpenIndex(SlicedIndexFile::Memory::Copied);
+    return;
+  }
   Invalidate();
   QXSystem::QXThrow.Warning("%s cannot initialize object for in memory search!", fastFPDatabaseConstructor);
 }

@@ -10,7 +10,9 @@ namespace QXFingrix {
 /// later does not matter.
 class QXFastFPInMemoryDatabaseImpl final : public FastFPScanImpl {
  public:
-  explicit QXFastFPInMemoryDatabaseImpl(const std::string& fpbinFile);
+  /// indexUse: a QXFastFPDatabaseIndex value.
+  explicit QXFastFPInMemoryDatabaseImpl(const std::string& fpbinFile,
+                                        unsigned indexUse = QXFastFPDatabaseIndex::FromFile);
 
   unsigned GetMemoryType() const override { return QXFastFPDatabaseMemoryType::InMemory; }
   std::string GetMemoryTypeString() const override { return "in-memory"; }

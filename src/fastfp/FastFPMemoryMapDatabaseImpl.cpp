@@ -7,12 +7,15 @@ namespace QXFingrix {
 
 using QXSystem::QXThrow;
 
-QXFastFPMemoryMapDatabaseImpl::QXFastFPMemoryMapDatabaseImpl(const std::string& fpbinFile)
-    : FastFPScanImpl(fpbinFile) {
+QXFastFPMemoryMapDatabaseImpl::QXFastFPMemoryMapDatabaseImpl(const std::string& fpbinFile, unsigned indexUse)
+    : FastFPScanImpl(fpbinFile, indexUse) {
   if (!IsValid()) return;
   const char* problem = RecordSpace(Params()).problem;
   if (problem == nullptr && file_.Open(FileName(), Params().GetFileSize())) {
-    if (IsHeaderOf(Params(), reinterpret_cast<const std::uint64_t*>(file_.GetData()))) return;
+    if (IsHeaderOf(Params(), reinterpret_cast<const std::uint64_t*>(file_.GetData()))) {
+      OpenIndex(SlicedIndexFile::Memory::Mapped);
+      return;
+    }
     problem = replacedFile;
     file_.Close();
   }

@@ -8,7 +8,9 @@ namespace QXFingrix {
 /// Searches the records in the mapped file, where they lie.
 class QXFastFPMemoryMapDatabaseImpl final : public FastFPScanImpl {
  public:
-  explicit QXFastFPMemoryMapDatabaseImpl(const std::string& fpbinFile);
+  /// indexUse: a QXFastFPDatabaseIndex value.
+  explicit QXFastFPMemoryMapDatabaseImpl(const std::string& fpbinFile,
+                                         unsigned indexUse = QXFastFPDatabaseIndex::FromFile);
 
   unsigned GetMemoryType() const override { return QXFastFPDatabaseMemoryType::MemoryMapped; }
   std::string GetMemoryTypeString() const override { return "memory-mapped"; }

@@ -2,17 +2,32 @@
 
 #include <algorithm>
 
+#include "QXPlatform/QXProcessor.h"
+#include "QXSystem/QXErrorHandler.h"
 #include "database/CutoffHits.h"
 #include "database/WithinMemory.h"
 #include "fastfp/BatchScan.h"
 #include "fastfp/SortedScan.h"
+#include "fastfp/slices/IsIndexFaster.h"
+#include "fastfp/slices/MakeSlicedIndex.h"
+#include "fastfp/slices/SlicedBatch.h"
+#include "fastfp/slices/SlicedSearch.h"
+#include "fastfp/slices/ThreadedSlicedSearch.h"
 
 namespace QXFingrix {
 
 namespace {
 
-std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBits& query,
-                                      const QXFPDatabaseOptions& options) {
+// On the calling thread.
+template <class Hits>
+void SearchIndex(const SlicedIndex& index, const RecordTable& records, const QueryBits& query,
+                 const QXFPDatabaseOptions& options, Hits& hits) {
+  SlicedSearch search(index, records, query, options, index.NumBlocks());
+  search.Run(hits, [](std::size_t) {});
+}
+
+std::vector<QXSimScore> CollectScores(const RecordTable& records, const SlicedIndex* index,
+                                      const QueryBits& query, const QXFPDatabaseOptions& options) {
   const Scorer scorer(options, records.NumBits(), query.numSet);
   std::vector<QXSimScore> scores;
   if (!options.HasCutoff()) {
@@ -22,12 +37,49 @@ std::vector<QXSimScore> CollectScores(const RecordTable& records, const QueryBit
     return scores;
   }
   CutoffHits hits(options.GetCutoff(), options.GetDescendingOrder());
-  CandidateFilter filter = MakeFilter(options, records, query);
-  ScanCandidates(records, query, scorer, filter, 0, records.numRecords, hits);
+  if (index != nullptr) {
+    SearchIndex(*index, records, query, options, hits);
+    hits.Sort();
+  } else {
+    CandidateFilter filter = MakeFilter(options, records, query);
+    ScanCandidates(records, query, scorer, filter, 0, records.numRecords, hits);
+  }
   return hits.TakeHits();
 }
 
 }  // namespace
+
+FastFPScanImpl::FastFPScanImpl(const std::string& fpbinFile, unsigned indexUse)
+    : QXFastFPDatabaseImplBase(fpbinFile),
+      indexUse_(indexUse),
+      stamp_(indexUse == QXFastFPDatabaseIndex::None ? FpbinStamp() : FpbinStamp::Of(fpbinFile)) {}
+
+void FastFPScanImpl::OpenIndex(SlicedIndexFile::Memory memory) {
+  constexpr const char* caller = fastFPDatabaseConstructor;
+  if (indexUse_ == QXFastFPDatabaseIndex::None) return;
+  auto file = std::make_unique<SlicedIndexFile>(FileName(), stamp_, Params(), caller);
+  if (file->State() == QXFastFPIndexState::Usable) return index_.Use(std::move(file), memory);
+  RecordTable records;
+  if (indexUse_ != QXFastFPDatabaseIndex::Build || !GetRecords(records, caller)) return;
+  WithinMemory(caller, [&] {
+    auto index = MakeSlicedIndex(records, QXPlatform::QXGetNumWorkers(0));
+    if (index == nullptr)
+      QXSystem::QXThrow.Warning("%s : %s cannot have an index!", caller, FileName().c_str());
+    index_.Use(std::move(index));
+  });
+}
+
+const SlicedIndex* FastFPScanImpl::IndexFor(const RecordTable& records, std::span<const QueryBits> queries,
+                                            const QXFPDatabaseOptions& options, const char* caller) const {
+  // Queries of one call go the same way, that which most of them would.
+  const auto numFaster = std::ranges::count_if(
+      queries, [&](const QueryBits& query) { return IsIndexFaster(records, query, options); });
+  const bool isFaster = 2 * static_cast<std::size_t>(numFaster) > queries.size();
+  const SlicedIndex* const index = isFaster ? index_.Get(options.GetNumProcessors(), caller) : nullptr;
+  QXSystem::QXThrow.Verbose("%s : %s", caller,
+                            index != nullptr ? "searching the index" : "scanning the records");
+  return index;
+}
 
 SimScoreIter FastFPScanImpl::GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const {
   constexpr const char* caller = "QXFastFPDatabase::GetScores()";
@@ -36,7 +88,9 @@ SimScoreIter FastFPScanImpl::GetScores(const QXFingerPrint& fp, const QXFPDataba
   SimScoreIter scores;
   WithinMemory(caller, [&] {
     const QueryBits query{fp.GetWords(), CountBits(fp)};
-    scores = QXSystem::QXMakeVectorIter(CollectScores(records, query, options));
+    const SlicedIndex* const index =
+        options.HasCutoff() ? IndexFor(records, {&query, 1}, options, caller) : nullptr;
+    scores = QXSystem::QXMakeVectorIter(CollectScores(records, index, query, options));
   });
   return scores;
 }
@@ -48,9 +102,13 @@ SimScoreIter FastFPScanImpl::GetSortedScores(const QXFingerPrint& fp,
   if (!GetRecords(records, caller)) return {};
   SimScoreIter scores;
   WithinMemory(caller, [&] {
+    const QueryBits query{fp.GetWords(), CountBits(fp)};
     const auto hits = QXInitFPDatabaseHitList(records.numRecords, options);
-    SortedScan scan(records, {fp.GetWords(), CountBits(fp)}, options, *hits);
-    scan.Scan(0, records.numRecords);
+    if (const SlicedIndex* const index = IndexFor(records, {&query, 1}, options, caller)) {
+      SearchIndex(*index, records, query, options, *hits);
+    } else {
+      SortedScan(records, query, options, *hits).Scan(0, records.numRecords);
+    }
     hits->Sort();
     scores = QXSystem::QXMakeVectorIter(hits->TakeHits());
   });
@@ -66,7 +124,9 @@ std::vector<SimScoreIter> FastFPScanImpl::GetSortedScores(std::span<const QXFing
   const bool isDone = WithinMemory(caller, [&] {
     std::vector<QueryBits> queries;
     for (const QXFingerPrint* fp : fps) queries.push_back({fp->GetWords(), CountBits(*fp)});
-    auto hits = BatchScan(records, queries, options);
+    const SlicedIndex* const index = IndexFor(records, queries, options, caller);
+    auto hits = index != nullptr ? SlicedBatch(*index, records, queries, options)
+                                 : BatchScan(records, queries, options);
     std::ranges::transform(hits, scores.begin(), [](std::vector<QXSimScore>& hitsOfOne) {
       return QXSystem::QXMakeVectorIter(std::move(hitsOfOne));
     });
@@ -97,7 +157,14 @@ unsigned FastFPScanImpl::SortedSearch(QXSimSearchResultImpl& result, const QXFin
   if (!GetRecords(records, caller)) return QXSimSearchStatus::Uninitialized;
   const bool isDone = WithinMemory(caller, [&] {
     result.Init(records.numRecords, options);
-    ThreadedScan(records, {fp.GetWords(), CountBits(fp)}, options, result);
+    const QueryBits query{fp.GetWords(), CountBits(fp)};
+    const SlicedIndex* const index =
+        result.HasHistogram() ? nullptr : IndexFor(records, {&query, 1}, options, caller);
+    if (index != nullptr) {
+      ThreadedSlicedSearch(*index, records, query, options, result);
+    } else {
+      ThreadedScan(records, query, options, result);
+    }
     result.Finish();
   });
   if (!isDone) result.SetSearchStatus(QXSimSearchStatus::Uninitialized);

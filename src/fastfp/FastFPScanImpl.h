@@ -2,15 +2,18 @@
 
 #include "fastfp/FastFPDatabaseImplBase.h"
 #include "fastfp/RecordScan.h"
+#include "fastfp/slices/LazyIndex.h"
 
 namespace QXFingrix {
 
-/// What the back ends share whose records lie in memory as they do in the file: every query is a scan over
-/// them.
+/// What the back ends share whose records lie in memory as they do in the file: a query is a scan over them, or
+/// a search of their index.
 class FastFPScanImpl : public QXFastFPDatabaseImplBase {
  public:
   using QXFastFPDatabaseImplBase::GetFingerPrint;
-  using QXFastFPDatabaseImplBase::QXFastFPDatabaseImplBase;
+
+  /// indexUse: a QXFastFPDatabaseIndex value.
+  FastFPScanImpl(const std::string& fpbinFile, unsigned indexUse);
 
   SimScoreIter GetScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const override;
   SimScoreIter GetSortedScores(const QXFingerPrint& fp, const QXFPDatabaseOptions& options) const override;
@@ -34,6 +37,18 @@ class FastFPScanImpl : public QXFastFPDatabaseImplBase {
  protected:
   /// The records. Errors: reports in the caller's name and returns false when there are none to read.
   virtual bool GetRecords(RecordTable& records, const char* caller) const = 0;
+
+  /// Looks for the index file, or makes an index, as was asked for; when the records are there.
+  void OpenIndex(SlicedIndexFile::Memory memory);
+
+ private:
+  /// The index, when searching for the queries is faster with it than without. Says at level Verbose which it is.
+  const SlicedIndex* IndexFor(const RecordTable& records, std::span<const QueryBits> queries,
+                              const QXFPDatabaseOptions& options, const char* caller) const;
+
+  const unsigned indexUse_;
+  const FpbinStamp stamp_;  // taken before the records were opened
+  LazyIndex index_;
 };
 
 }  // namespace QXFingrix

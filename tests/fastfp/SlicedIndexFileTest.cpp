@@ -332,7 +332,7 @@ TEST(SlicedIndexFile, UnsoundFingerprintFilesHaveNone) {
       {with(0, "BE"), cannot + "it was written in big-endian byte order"},
       {with(800 + 3 * 48 + 8, std::string("\x01\x01", 2)),
        "QXMakeFastFPIndexFile() : cannot make " + file.IndexFile() +
-           ": fingerprint 3 says that 257 bits are set, it has 256"},
+           ": fingerprint 3 is damaged: its index is 3, its bit count 257 of 256"},
   };
   for (const auto& [content, text] : cases) {
     WriteFile(file.File(), content);

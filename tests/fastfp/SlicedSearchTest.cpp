@@ -67,14 +67,13 @@ std::vector<std::pair<unsigned, double>> Sorted(QXFPDatabaseHitList& hits) {
 std::vector<std::pair<unsigned, double>> Search(const SlicedIndex& index, const RecordTable& records,
                                                 const QueryBits& query, const QXFPDatabaseOptions& options,
                                                 unsigned numThreads) {
-  SlicedSearch search(index, records, query, options);
+  SlicedSearch search(index, records, query, options, index.NumBlocks());
   const auto all = QXInitFPDatabaseHitList(records.numRecords, options);
   std::atomic<std::size_t> numSearched{0};
   std::mutex mutex;
   RunThreads(numThreads, [&] {
     const auto hits = QXInitFPDatabaseHitList(records.numRecords, options);
-    search.Run(
-        *hits, [](std::uint32_t place) { return place; }, [&](std::size_t num) { numSearched += num; });
+    search.Run(*hits, [&](std::size_t num) { numSearched += num; });
     const std::lock_guard lock(mutex);
     for (const QXSimScore& hit : hits->GetHits()) all->AddHit(hit);
   });
@@ -111,13 +110,15 @@ TEST(SlicedSearch, FindsWhatTheLinearScanFinds) {
   }
 }
 
-TEST(MakeSlicedIndex, RecordsWithImpossibleBitCountsHaveNoIndex) {
+TEST(MakeSlicedIndex, RecordsWithWrongBitCountsHaveNoIndex) {
   std::mt19937_64 random(4);
   SlicedRecords records(2, 100, 0.3, random);
-  *records.BitCount(70) = 129;
-  EXPECT_EQ(MakeSlicedIndex(records.Table(), 1), nullptr);
-  *records.BitCount(70) = 128;  // wrong, but searched as it is
   EXPECT_NE(MakeSlicedIndex(records.Table(), 1), nullptr);
+  const std::uint64_t bitCount = *records.BitCount(70);
+  for (const std::uint64_t wrong : {bitCount + 1, std::uint64_t{129}, ~std::uint64_t{0}}) {
+    *records.BitCount(70) = wrong;
+    EXPECT_EQ(MakeSlicedIndex(records.Table(), 1), nullptr) << wrong;
+  }
 }
 
 }  // namespace

@@ -21,12 +21,16 @@ SlicedIndexMaker::SlicedIndexMaker(const RecordTable& records, const SlicedOrder
       frequencies_(records.NumBits()) {}
 
 // By counting, and stable: records of a file lie in the order in which they are read again.
-std::optional<std::uint64_t> SlicedIndexMaker::SortRecords() {
+bool SlicedIndexMaker::SortRecords() {
   std::vector<std::uint32_t> next(records_.NumBits() + 1);
   std::vector<std::uint16_t> bitCounts(records_.numRecords);  // records are far apart: each is visited once
   for (std::size_t i = 0; i < bitCounts.size(); ++i) {
-    const std::uint64_t bits = records_.Record(i)[FileLayout::bitCountSlot];
-    if (bits > records_.NumBits()) return i;
+    const std::uint64_t* const record = records_.Record(i);
+    const std::uint64_t bits = record[FileLayout::bitCountSlot];
+    if (bits > records_.NumBits() || record[FileLayout::indexSlot] != i) {
+      unsound_ = i;
+      return false;
+    }
     bitCounts[i] = static_cast<std::uint16_t>(bits);
     ++next[bits];
   }
@@ -37,26 +41,36 @@ std::optional<std::uint64_t> SlicedIndexMaker::SortRecords() {
     orders_.places[place] = static_cast<std::uint32_t>(i);
     orders_.bitCounts[place] = bitCounts[i];
   }
-  return std::nullopt;
+  return true;
 }
 
-void SlicedIndexMaker::MakeBlock(std::size_t block, std::uint64_t* columns) {
+bool SlicedIndexMaker::MakeBlock(std::size_t block, std::uint64_t* columns) {
   const auto& kernel = QXSystem::QXGetBitCountKernel();
   const std::size_t first = block * SlicedIndex::blockRecords;
   const std::size_t size = std::min(SlicedIndex::blockRecords, records_.numRecords - first);
   const std::uint64_t* rows[SlicedIndex::blockRecords];
   for (std::size_t i = 0; i < size; ++i) {
     rows[i] = records_.Record(orders_.places[first + i]) + FileLayout::dataSlot;
+    if (kernel.count(rows[i], records_.numWords) != orders_.bitCounts[first + i]) {
+      unsound_ = orders_.places[first + i];
+      return false;
+    }
   }
   kernel.makeColumns(rows, size, records_.numWords, columns);
   std::fill_n(columns + records_.NumBits() * SlicedIndex::columnWords, SlicedIndex::columnWords,
               std::uint64_t{0});
-  if (block % step_ != 0) return;
+  if (block % step_ != 0) return true;
   for (std::atomic<std::uint32_t>& frequency : frequencies_) {
     const auto count = static_cast<std::uint32_t>(kernel.count(columns, SlicedIndex::columnWords));
     frequency.fetch_add(count, std::memory_order_relaxed);
     columns += SlicedIndex::columnWords;
   }
+  return true;
+}
+
+std::optional<std::uint64_t> SlicedIndexMaker::Unsound() const {
+  const std::uint64_t record = unsound_;
+  return record == noRecord ? std::nullopt : std::optional(record);
 }
 
 void SlicedIndexMaker::OrderBits() {

@@ -19,26 +19,25 @@ std::vector<std::uint16_t> RarestFirst(const SlicedIndex& index, const QueryBits
 
 // Scores fall on both sides of the query's bit count: the blocks are merged from there outwards.
 std::vector<SlicedQuery::Block> BestFirst(const SlicedIndex& index, std::uint64_t queryBits,
-                                          const Scorer& scorer, bool descending) {
+                                          const Scorer& scorer, bool descending, std::size_t maxBlocks) {
   using Block = SlicedQuery::Block;
   struct Candidate {
     Block block{};
     double score = 0.0;  // where all bits are shared that can be
   };
   const auto candidate = [&](std::size_t i) {
-    const std::uint16_t fewest = index.FewestBits(i);
-    const auto nearest = std::clamp<std::uint64_t>(queryBits, fewest, index.MostBits(i));
-    return Candidate{{static_cast<std::uint32_t>(i), fewest, static_cast<std::uint16_t>(nearest)},
-                     scorer(nearest, std::min(nearest, queryBits))};
+    const Block block = SlicedQuery::MakeBlock(index, i, queryBits);
+    return Candidate{block, scorer(block.nearestBits, std::min<std::uint64_t>(block.nearestBits, queryBits))};
   };
   const auto position = std::ranges::lower_bound(index.bitCounts, queryBits) - index.bitCounts.begin();
   std::size_t numBelow = static_cast<std::size_t>(position) / SlicedIndex::blockRecords;
   std::size_t next = numBelow;
   std::vector<Block> blocks;
-  blocks.reserve(index.NumBlocks());
+  maxBlocks = std::min(maxBlocks, index.NumBlocks());
+  blocks.reserve(maxBlocks);
   Candidate below = numBelow > 0 ? candidate(numBelow - 1) : Candidate();
   Candidate above = next < index.NumBlocks() ? candidate(next) : Candidate();
-  while (blocks.size() < index.NumBlocks()) {
+  while (blocks.size() < maxBlocks) {
     const bool isBelowBetter = descending ? below.score > above.score : below.score < above.score;
     if (numBelow > 0 && (next == index.NumBlocks() || isBelowBetter)) {
       blocks.push_back(below.block);
@@ -54,7 +53,8 @@ std::vector<SlicedQuery::Block> BestFirst(const SlicedIndex& index, std::uint64_
 }  // namespace
 
 SlicedQuery::SlicedQuery(const SlicedIndex& index, const QueryBits& query, const Scorer& scorer,
-                         bool descending)
-    : bits(RarestFirst(index, query)), bestFirst(BestFirst(index, query.numSet, scorer, descending)) {}
+                         bool descending, std::size_t maxBlocks)
+    : bits(RarestFirst(index, query)),
+      bestFirst(BestFirst(index, query.numSet, scorer, descending, maxBlocks)) {}
 
 }  // namespace QXFingrix

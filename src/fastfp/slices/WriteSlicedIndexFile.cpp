@@ -33,9 +33,10 @@ class Writer {
         table_((layout_.BodyAt() - SlicedIndexFileLayout::tableAt) / sizeof(std::uint64_t)),
         maker_(records, layout_.body.Orders(orders_.get())) {}
 
-  std::optional<std::uint64_t> SortRecords() { return maker_.SortRecords(); }
+  bool SortRecords() { return maker_.SortRecords(); }
+  std::optional<std::uint64_t> Unsound() const { return maker_.Unsound(); }
 
-  // Errors   0, or the errno of what failed.
+  // Errors   0, or the errno of what failed. Stops at an unsound record.
   int WriteBody(unsigned numThreads) {
     const std::size_t numBlocks = layout_.body.NumBlocks();
     numThreads = static_cast<unsigned>(std::clamp<std::size_t>(numBlocks, 1, numThreads));
@@ -46,7 +47,8 @@ class Writer {
     std::atomic<int> reason{0};
     RunThreads(numThreads, [&] {
       void* const buffer = buffers[nextBuffer.fetch_add(1)].get();
-      for (std::size_t i; reason.load() == 0 && (i = nextBlock.fetch_add(1)) < numBlocks;) {
+      for (std::size_t i;
+           reason.load() == 0 && !maker_.Unsound() && (i = nextBlock.fetch_add(1)) < numBlocks;) {
         if (!WriteBlock(i, static_cast<std::uint64_t*>(buffer))) reason.store(errno);
       }
     });
@@ -71,7 +73,7 @@ class Writer {
 
  private:
   bool WriteBlock(std::size_t block, std::uint64_t* columns) {
-    maker_.MakeBlock(block, columns);
+    if (!maker_.MakeBlock(block, columns)) return true;  // told of by the maker
     table_[block] = Checksum(columns, layout_.body.BlockBytes());
     const std::size_t at = layout_.BlockAt(block);
     const std::size_t end = at + layout_.body.BlockBytes();
@@ -101,13 +103,15 @@ bool WriteSlicedIndexFile(const std::string& fpbinFile, const FpbinStamp& stamp,
   NewFile file;
   if (!file.Create(QXGetFastFPIndexFileName(fpbinFile), fpbinFile)) return fail(errno);
   Writer writer(file.Get(), records);
-  if (const auto unsound = writer.SortRecords()) {
-    const std::uint64_t bitCount = records.Record(*unsound)[FileLayout::bitCountSlot];
-    reason = "fingerprint " + std::to_string(*unsound) + " says that " + std::to_string(bitCount) +
-             " bits are set, it has " + std::to_string(records.NumBits());
+  const int error = writer.SortRecords() ? writer.WriteBody(numThreads) : 0;
+  if (error != 0) return fail(error);
+  if (const auto unsound = writer.Unsound()) {
+    const std::uint64_t* const record = records.Record(*unsound);
+    reason = "fingerprint " + std::to_string(*unsound) + " is damaged: its index is " +
+             std::to_string(record[FileLayout::indexSlot]) + ", its bit count " +
+             std::to_string(record[FileLayout::bitCountSlot]) + " of " + std::to_string(records.NumBits());
     return false;
   }
-  if (const int error = writer.WriteBody(numThreads)) return fail(error);
   if (!writer.WriteHeader(stamp)) return fail(errno);
   if (FpbinStamp::Of(fpbinFile) != stamp) {
     reason = "the fingerprint file was changed meanwhile";
