@@ -68,20 +68,6 @@ void CircularEnvironments(benchmark::State& state) {
   });
 }
 
-// A peptide of 941 heavy atoms and buckminsterfullerene.
-const char* const fullerene =
-    "C12=C3C4=C5C6=C1C7=C8C9=C1C%10=C%11C(=C29)C3=C2C3=C4C4=C5C5=C9C6=C7C6=C7C8=C1C1=C8C%10=C%10C%11=C2C2="
-    "C3C3="
-    "C4C4=C5C5=C%11C%12=C(C6=C95)C7=C1C1=C%12C5=C%11C4=C3C3=C5C(=C81)C%10=C23";
-
-std::string Peptide() {
-  std::string smiles;
-  for (int i = 0; i < 20; ++i) {
-    smiles += "NC(C)C(=O)NCC(=O)NC(CC(C)C)C(=O)NC(Cc1ccccc1)C(=O)NC(CC(=O)O)C(=O)NC(CO)C(=O)NC(C)C(=O)";
-  }
-  return smiles + "O";
-}
-
 void LargeCircularFP(benchmark::State& state) {
   QXChem::QXGraphMol mol;
   std::string reason;

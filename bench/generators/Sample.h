@@ -50,6 +50,19 @@ inline void Finish(benchmark::State& state, std::size_t numMols) {
       benchmark::Counter(numDone, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
+inline constexpr const char* fullerene =
+    "C12=C3C4=C5C6=C1C7=C8C9=C1C%10=C%11C(=C29)C3=C2C3=C4C4=C5C5=C9C6=C7C6=C7C8=C1C1=C8C%10=C%10C%11=C2C2="
+    "C3C3=C4C4=C5C5=C%11C%12=C(C6=C95)C7=C1C1=C%12C5=C%11C4=C3C3=C5C(=C81)C%10=C23";
+
+/// A peptide of 941 heavy atoms.
+inline std::string Peptide() {
+  std::string smiles;
+  for (int i = 0; i < 20; ++i) {
+    smiles += "NC(C)C(=O)NCC(=O)NC(CC(C)C)C(=O)NC(Cc1ccccc1)C(=O)NC(CC(=O)O)C(=O)NC(CO)C(=O)NC(C)C(=O)";
+  }
+  return smiles + "O";
+}
+
 template <class Work>
 void OverPrepared(benchmark::State& state, Work work) {
   const Sample& sample = GetSample(state.range(0) != 0);

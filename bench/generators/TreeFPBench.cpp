@@ -65,20 +65,6 @@ void TreesByGeneralWalk(benchmark::State& state) {
   });
 }
 
-// A peptide of 941 heavy atoms and buckminsterfullerene.
-const char* const fullerene =
-    "c12c3c4c5c1c6c7c8c2c9c1c3c2c3c4c4c%10c5c5c6c6c7c7c%11c8c9c8c9c1c2c1c2c3c4c3c4c%10c5c5c6c6c7c7c%"
-    "11c8c8c9c1"
-    "c1c2c3c2c4c5c6c3c7c8c1c23";
-
-std::string Peptide() {
-  std::string smiles;
-  for (int i = 0; i < 20; ++i) {
-    smiles += "NC(C)C(=O)NCC(=O)NC(CC(C)C)C(=O)NC(Cc1ccccc1)C(=O)NC(CC(=O)O)C(=O)NC(CO)C(=O)NC(C)C(=O)";
-  }
-  return smiles + "O";
-}
-
 void LargeMolecule(benchmark::State& state) {
   QXChem::QXGraphMol mol;
   std::string reason;

@@ -14,6 +14,7 @@
 #include <stdexcept>
 
 #include "chem/MolAccess.h"
+#include "chem/rdkit/Hybridization.h"
 
 namespace QXChem {
 namespace {
@@ -54,23 +55,6 @@ Order ToOrder(RDKit::Bond::BondType type) {
       return {1, true};
     default:  // contacts, and the "any" bonds of queries
       return {0, false};
-  }
-}
-
-unsigned ToHyb(RDKit::Atom::HybridizationType type) {
-  switch (type) {
-    case RDKit::Atom::SP:
-      return 1;
-    case RDKit::Atom::SP2:
-      return 2;
-    case RDKit::Atom::SP3:
-      return 3;
-    case RDKit::Atom::SP3D:
-      return 4;
-    case RDKit::Atom::SP3D2:
-      return 5;
-    default:
-      return 0;
   }
 }
 
@@ -184,7 +168,7 @@ void CopyAromaticity(QXMolBase& mol, const RDKit::ROMol& source) {
 void CopyHybridization(QXMolBase& mol, const RDKit::ROMol& source) {
   const auto atoms = MolAccess::Atoms(mol);
   for (const RDKit::Atom* atom : source.atoms()) {
-    MolAccess::SetHyb(atoms[atom->getIdx()], ToHyb(atom->getHybridization()));
+    MolAccess::SetHyb(atoms[atom->getIdx()], ToHybridizationCode(atom->getHybridization()));
   }
   MolAccess::MarkPerceived(mol, QXPerceived::Hybridization);
 }

@@ -15,6 +15,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "chem/rdkit/Hybridization.h"
 #include "chem/rdkit/Queries.h"
 
 namespace QXChem {
@@ -80,23 +81,12 @@ std::optional<Limits> GetLimits(const RDAtomQuery& query) {
   return Limits{value, value};
 }
 
-int ToHybridization(int type) {
-  switch (type) {
-    case RDKit::Atom::S:
-      return hybridizationS;
-    case RDKit::Atom::SP:
-      return 1;
-    case RDKit::Atom::SP2:
-      return 2;
-    case RDKit::Atom::SP3:
-      return 3;
-    case RDKit::Atom::SP3D:
-      return 4;
-    case RDKit::Atom::SP3D2:
-      return 5;
-    default:
-      Refuse("hybridisation " + std::to_string(type));
-  }
+// What SMARTS asks for: "^0" is S.
+int ReadHybridization(int type) {
+  if (type == RDKit::Atom::S) return hybridizationS;
+  const unsigned code = ToHybridizationCode(type);
+  if (code == 0) Refuse("hybridisation " + std::to_string(type));
+  return static_cast<int>(code);
 }
 
 // Whether an atom is in a ring at all is known without counting rings; -1 asks just that.
@@ -136,7 +126,7 @@ AtomExpression ReadRange(const RDAtomQuery& query) {
   }
   if (range.property == AtomProperty::RingCount) AskRingBondsInstead(range);
   if (range.property == AtomProperty::Hybridization) {
-    range.low = range.high = ToHybridization(range.low);
+    range.low = range.high = ReadHybridization(range.low);
   }
   constexpr int maxCharge = 99;
   if (range.property == AtomProperty::Charge && range.low == range.high && std::abs(range.low) > maxCharge) {
