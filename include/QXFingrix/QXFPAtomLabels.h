@@ -30,9 +30,10 @@ QX_API void QXGetFingerprintAtomTypes(std::vector<unsigned>& atomLabels, std::ve
 /// nothing else share a text; numbers beyond the largest that has a factor and the classes of the Eq flags
 /// are written out, so some atoms that share an integer differ in their text.
 ///
-/// A bond's text is its SMARTS symbol ("-", "=", "#", "$", ":"; "~" where the order is not selected), then
-/// ";@" for a ring bond and ";!@" for another, then "/" for a chiral one: two bonds have the same text
-/// exactly when they have the same integer label.
+/// A bond's text is its SMARTS symbol ("-", "=", "#", "$", ":"; "~" where the order is not selected), or the
+/// order in braces ("{0}") where it has none, then ";@" for a ring bond and ";!@" for another, then "/" for a
+/// chiral one: two bonds have the same text exactly when they have the same integer label. SMARTS reads
+/// neither braces nor "=/" in this sense.
 /// Shape    as above.
 /// Threads  safe on distinct molecules.
 QX_API void QXGetFingerprintAtomTypes(std::vector<std::string>& atomLabels,

@@ -37,9 +37,9 @@ QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol
 QX_API bool QXMakeUnhashedPathFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, const QXFPTypeBase* type);
 
 /// Makes the unhashed tree fingerprint of a molecule: every tree that QXMakeTreeFP would hash, as a readable
-/// token, kept as above. A token is a SMARTS: the text of an atom (see QXFPAtomLabels.h), then its branches in
-/// ascending byte order, each a bond's text and what hangs there, all but the last in parentheses, e.g.
-/// "[#6](-[#7])=[#8]". It starts at the tree's centre; of two centres, at the one whose token comes first.
+/// token, kept as above. A token is written like a SMARTS: the text of an atom (see QXFPAtomLabels.h), then its
+/// branches in ascending byte order, each a bond's text and what hangs there, all but the last in parentheses,
+/// e.g. "[#6](-[#7])=[#8]". It starts at the tree's centre; of two centres, at the one whose token comes first.
 /// Shape    0 <= minbonds <= maxbonds <= 10; else as above with the default (0, 4) and the masks 63 and 1.
 /// Errors   as above.
 /// Threads  safe on different fingerprints; mol is only read.

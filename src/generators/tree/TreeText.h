@@ -11,7 +11,7 @@
 
 namespace QXFingrix {
 
-/// The form of BuildFromLeaves() that gives the text of a tree, written as a SMARTS: an atom's label, then
+/// The form of BuildFromLeaves() that gives the text of a tree, written like a SMARTS: an atom's label, then
 /// its branches in ascending byte order, each a bond's label and the text of what hangs there, all but the
 /// last in parentheses. It starts at the centre; of two centres, at the one whose text comes first in byte
 /// order. Texts are rows of numbers in a PrefixCode, whose order is that of the bytes.
