@@ -76,8 +76,9 @@ QX_API QXSystem::QXIter<QXChem::QXAtomBondSet> QXGetFPCoverage(const QXChem::QXM
                                                                const QXFPTypeBase* type, bool unique);
 
 /// Every match of a pattern in molA beside every match of the same pattern in molB. Graph fingerprints know a
-/// pattern by its identifier or token. The atoms and bonds of circular patterns correspond as a whole only, the first
-/// atoms, their centres, to each other: they may differ in number where a ring closes in one molecule only.
+/// pattern by its identifier or token. The atoms and bonds of circular patterns correspond as a whole only, the
+/// first atoms, their centres, to each other: they may differ in number where a ring closes in one molecule
+/// only.
 QX_API QXSystem::QXIter<QXFPMatch> QXGetFPOverlap(const QXChem::QXMolBase& molA,
                                                   const QXChem::QXMolBase& molB, const QXFPTypeBase* type);
 

@@ -294,6 +294,18 @@ TEST(TreeFP, MoleculesWithTooManyTreesAreRefusedInTime) {
   EXPECT_EQ(fp.GetFPTypeBase(), nullptr);
   EXPECT_EQ(fp.CountBits(), 0u);
   EXPECT_TRUE(MakeFP(fp, hub, {4096, 0, 3, 63, 1}));
+
+  // Hubs whose pairs of bonds are too many to be looked at.
+  constexpr unsigned numBonds = 20'000;
+  for (const unsigned element : {0U, 6U}) {
+    QXChem::QXGraphMol star;
+    for (unsigned i = 0; i <= numBonds; ++i) star.NewAtom(element);
+    for (unsigned i = 1; i <= numBonds; ++i) star.NewBond(0, i, 1);
+    EXPECT_TRUE(MakeFP(fp, star, {4096, 0, 1, 1, 1}));
+    for (const unsigned maxbonds : {2U, 3U, 4U, 10U}) {
+      EXPECT_EQ(ReportsOf([&] { EXPECT_FALSE(MakeFP(fp, star, {4096, 0, maxbonds, 1, 1})); }).size(), 1u);
+    }
+  }
 }
 
 }  // namespace

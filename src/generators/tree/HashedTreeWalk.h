@@ -13,7 +13,7 @@ namespace QXFingrix {
 /// molecules no larger than before.
 class HashedTreeWalk {
  public:
-  /// A molecule with more trees is refused: they would take half a minute, or forever.
+  /// A molecule with more trees is refused: they would take very long, or forever.
   static constexpr std::uint64_t maxTrees = 100'000'000;
 
   /// Sets bit (identifier mod hashSize) of `words` for every tree of minbonds to maxbonds bonds.

@@ -20,7 +20,7 @@ class SmallTrees {
   /// Sets the bits of all trees of minbonds to maxbonds bonds.
   /// Shape    one label per atom and bond; 1 <= minbonds <= maxbonds <= 4.
   /// Returns  false when there are more than maxTrees of them.
-  /// Cost     a hash for every tree.
+  /// Cost     a hash for every tree, and a few steps for every path and star of three bonds, rings included.
   bool SetBits(HashedBits& bits, const QXChem::QXMolBase& mol, std::span<const unsigned> atomLabels,
                std::span<const unsigned> bondLabels, unsigned minbonds, unsigned maxbonds,
                std::uint64_t maxTrees);

@@ -91,7 +91,7 @@ bool TreeWalk::Walk(const QXChem::QXMolBase& mol, unsigned minbonds, unsigned ma
     nodes_[0] = {bond.GetBgnIdx(), 0, 0};
     numNodes_ = 1;
     isInTree_[bond.GetBgnIdx()] = 1;
-    AddToFrontier(0);
+    if (maxbonds > 1) AddToFrontier(0);
     if (!Add({bond.GetEndIdx(), firstBond_, 0}, 0, visit)) return false;
     frontier_.clear();
     isInTree_[bond.GetBgnIdx()] = 0;
