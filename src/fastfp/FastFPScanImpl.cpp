@@ -71,10 +71,7 @@ void FastFPScanImpl::OpenIndex(SlicedIndexFile::Memory memory) {
 
 const SlicedIndex* FastFPScanImpl::IndexFor(const RecordTable& records, std::span<const QueryBits> queries,
                                             const QXFPDatabaseOptions& options, const char* caller) const {
-  // Queries of one call go the same way, that which most of them would.
-  const auto numFaster = std::ranges::count_if(
-      queries, [&](const QueryBits& query) { return IsIndexFaster(records, query, options); });
-  const bool isFaster = 2 * static_cast<std::size_t>(numFaster) > queries.size();
+  const bool isFaster = IsIndexFaster(records, queries, options);
   const SlicedIndex* const index = isFaster ? index_.Get(options.GetNumProcessors(), caller) : nullptr;
   QXSystem::QXThrow.Verbose("%s : %s", caller,
                             index != nullptr ? "searching the index" : "scanning the records");

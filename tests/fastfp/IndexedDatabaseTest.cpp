@@ -73,7 +73,7 @@ TEST(IndexedDatabase, FindsWhatAScanFinds) {
   for (const unsigned numBits : {256U, 2304U}) {
     const DataSet data(numBits, 4600, false, numBits);
     const QXFastFPDatabase plain(data.File());
-    const std::vector<QXFingerPrint> queries = MakeQueries(plain, data, 140);
+    const std::vector<QXFingerPrint> queries = MakeQueries(plain, data, 45);
     CheckAllMeasures(plain, QXFastFPDatabase(data.File(), MemoryType::InMemory, IndexUse::Build), queries);
     ASSERT_TRUE(QXMakeFastFPIndexFile(data.File(), 2));
     for (const unsigned memoryType : {MemoryType::MemoryMapped, MemoryType::InMemory}) {

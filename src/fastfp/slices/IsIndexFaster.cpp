@@ -17,8 +17,8 @@ struct Costs {
   double block;
   double column;
 };
-constexpr Costs fromMemory{0.06, 70.0, 11.0};
-constexpr Costs fromCache{0.025, 50.0, 6.0};
+constexpr Costs fromMemory{0.06, 70.0, 12.0};
+constexpr Costs fromCache{0.025, 50.0, 6.5};
 constexpr double cacheBytes = 16e6;
 
 // How many columns of a block are read before it is given up. Without a cutoff all of them, to be on the safe
@@ -29,19 +29,38 @@ double NumColumns(const RecordTable& records, const QueryBits& query, const QXFP
   CandidateFilter filter = MakeFilter(options, records, query);
   filter.SetBar(options.GetCutoff());
   const double least = filter.LeastShared(static_cast<float>(numSet));
-  return std::clamp(1.3 * (numSet - least) + 8.0, 0.0, numSet);
+  return std::clamp(1.7 * (numSet - least) + 8.0, 0.0, numSet);
 }
 
-}  // namespace
-
-bool IsIndexFaster(const RecordTable& records, const QueryBits& query, const QXFPDatabaseOptions& options) {
-  if (records.numRecords < minRecords || !WantsMostSimilar(options)) return false;
+bool IsFasterForOne(const RecordTable& records, const QueryBits& query, const QXFPDatabaseOptions& options) {
   const auto numRecords = static_cast<double>(records.numRecords);
   const double numBytes = numRecords * static_cast<double>(FileLayout::RecordWords(records.numWords) * 8);
   const Costs& costs = numBytes < cacheBytes ? fromCache : fromMemory;
   const double numBlocks = numRecords / SlicedIndex::blockRecords;
   return numBlocks * (costs.block + costs.column * NumColumns(records, query, options)) <
          numBytes * costs.recordByte;
+}
+
+// A scan for many queries turns blocks on their side too: what is left to gain is that blocks are given up early,
+// and their order is worse for long lists.
+bool CanGainForMany(const RecordTable& records, std::span<const QueryBits> queries,
+                    const QXFPDatabaseOptions& options) {
+  constexpr std::size_t many = 8;
+  constexpr unsigned longList = 500;
+  if (queries.size() < many || options.HasCutoff()) return true;
+  return options.GetLimit() != 0 &&
+         options.GetLimit() < std::min<std::uint64_t>(longList, records.numRecords / 20);
+}
+
+}  // namespace
+
+bool IsIndexFaster(const RecordTable& records, std::span<const QueryBits> queries,
+                   const QXFPDatabaseOptions& options) {
+  if (records.numRecords < minRecords || !WantsMostSimilar(options)) return false;
+  if (!CanGainForMany(records, queries, options)) return false;
+  const auto numFaster = std::ranges::count_if(
+      queries, [&](const QueryBits& query) { return IsFasterForOne(records, query, options); });
+  return 2 * static_cast<std::size_t>(numFaster) > queries.size();
 }
 
 }  // namespace QXFingrix

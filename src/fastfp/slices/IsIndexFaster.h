@@ -1,13 +1,17 @@
 #pragma once
 
+#include <span>
+
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "fastfp/RecordScan.h"
 
 namespace QXFingrix {
 
-/// Whether a search through an index is expected to take less time than a scan of the records, from what is
-/// known beforehand: sizes, the bits set in the query and what is asked for.
-/// Cost     a few operations.
-bool IsIndexFaster(const RecordTable& records, const QueryBits& query, const QXFPDatabaseOptions& options);
+/// Whether a search for some queries at once through an index is expected to take less time than a scan of the
+/// records, from what is known beforehand: sizes, the bits set in the queries and what is asked for. Queries of one
+/// call go the same way, that of most of them.
+/// Cost     a few operations for each query.
+bool IsIndexFaster(const RecordTable& records, std::span<const QueryBits> queries,
+                   const QXFPDatabaseOptions& options);
 
 }  // namespace QXFingrix
