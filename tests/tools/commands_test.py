@@ -61,6 +61,7 @@ class UsageTest(QxfpCase):
             ["search", "a.fpbin", "C", "-alpha", "1.5"],
             ["search", "a.fpbin", "C", "-memory", "tape"],
             ["search", "a.fpbin", "C", "-precision", "99"],
+            ["search", "a.fpbin", "C", "-index", "maybe"],
         ]
         for arguments in cases:
             with self.subTest(arguments):

@@ -97,6 +97,7 @@ class SearchMoleculesTest(QxfpCase):
             (["a.fpbin", "C", "-type", "Path"], BAD_USAGE, b"-type is for a molecule file"),
             (["a.smi", "C", "-mols", "a.smi"], BAD_USAGE, b"-mols is for a .fpbin file"),
             (["a.smi", "C", "-memory", "mmap"], BAD_USAGE, b"-memory is for a .fpbin file"),
+            (["a.smi", "C", "-index", "none"], BAD_USAGE, b"-index is for a .fpbin file"),
             (["a.smi", "C", "-type", "UHPath", "-simfunc", "Dice"], BAD_USAGE, b"-simfunc Dice: unhashed"),
             (["a.smi", "C", "-type", "Pfad"], BAD_USAGE, b"'Pfad' is no fingerprint type"),
             (["a.smi", "C1CC"], CANNOT_RUN, b"query 'C1CC': unclosed"),

@@ -1,5 +1,6 @@
 #include "FingerprintFile.h"
 
+#include <span>
 #include <utility>
 
 #include "MoleculeFile.h"
@@ -21,11 +22,39 @@ constexpr std::pair<const char*, unsigned> kMemoryTypes[] = {
     {"memory", QXFingrix::QXFastFPDatabaseMemoryType::InMemory},
     {"gpu", QXFingrix::QXFastFPDatabaseMemoryType::CUDA}};
 
-unsigned MemoryTypeOf(const std::string& wanted) {
-  for (const auto& [name, type] : kMemoryTypes) {
-    if (wanted == name) return type;
+constexpr std::pair<const char*, unsigned> kIndexUses[] = {
+    {"file", QXFingrix::QXFastFPDatabaseIndex::FromFile},
+    {"none", QXFingrix::QXFastFPDatabaseIndex::None},
+    {"build", QXFingrix::QXFastFPDatabaseIndex::Build}};
+
+using Choices = std::span<const std::pair<const char*, unsigned>>;
+
+// The first choice is the default.
+void AddChoice(QXSystem::QXInterface& itf, QXParameter parameter, Choices choices) {
+  parameter.SetDefault(choices[0].first);
+  for (const auto& [name, value] : choices) parameter.AddLegalValue(name);
+  itf.AddParameter(parameter);
+}
+
+unsigned ChoiceOf(const QXSystem::QXInterface& itf, const char* option, Choices choices) {
+  const auto wanted = itf.Get<std::string>(option);
+  for (const auto& [name, value] : choices) {
+    if (wanted == name) return value;
   }
-  return kMemoryTypes[0].second;
+  return choices[0].second;
+}
+
+// None for a command without the option: it compares with all records, and a stale index is no matter to it.
+unsigned IndexUseOf(const QXSystem::QXInterface& itf) {
+  return itf.Has("-index") ? ChoiceOf(itf, "-index", kIndexUses) : QXFingrix::QXFastFPDatabaseIndex::None;
+}
+
+// An index that is built is for speed: the records are then read as well, unless the user says otherwise.
+unsigned MemoryTypeOf(const QXSystem::QXInterface& itf, unsigned indexUse) {
+  if (indexUse == QXFingrix::QXFastFPDatabaseIndex::Build && !itf.IsSet("-memory")) {
+    return QXFingrix::QXFastFPDatabaseMemoryType::InMemory;
+  }
+  return ChoiceOf(itf, "-memory", kMemoryTypes);
 }
 
 }  // namespace
@@ -38,10 +67,20 @@ void AddFingerprintFile(QXSystem::QXInterface& itf) {
 }
 
 void AddMemoryOption(QXSystem::QXInterface& itf) {
-  QXParameter memory("-memory", QXParameterType::String);
-  memory.SetBrief("Where the fingerprints of a .fpbin file are searched").SetDefault(kMemoryTypes[0].first);
-  for (const auto& [name, type] : kMemoryTypes) memory.AddLegalValue(name);
-  itf.AddParameter(memory);
+  AddChoice(itf,
+            QXParameter("-memory", QXParameterType::String)
+                .SetBrief("Where the fingerprints of a .fpbin file are searched"),
+            kMemoryTypes);
+}
+
+void AddIndexOption(QXSystem::QXInterface& itf) {
+  AddChoice(
+      itf,
+      QXParameter("-index", QXParameterType::String)
+          .SetBrief("Index by which a .fpbin file is searched where that is faster")
+          .SetDetail("\n\tfile: the one that `qxfp index` has made, if there is one; build: otherwise one "
+                     "made in memory, where the fingerprints are then read too"),
+      kIndexUses);
 }
 
 std::optional<QXFastFPDatabase> OpenFingerprints(const QXSystem::QXInterface& itf, const std::string& path) {
@@ -49,7 +88,8 @@ std::optional<QXFastFPDatabase> OpenFingerprints(const QXSystem::QXInterface& it
     QXThrow.Error("'%s' is a molecule file: `qxfp create` makes a fast fingerprint file of it", path.c_str());
     return std::nullopt;
   }
-  QXFastFPDatabase fingerprints(path, MemoryTypeOf(itf.Get<std::string>("-memory")));
+  const unsigned indexUse = IndexUseOf(itf);
+  QXFastFPDatabase fingerprints(path, MemoryTypeOf(itf, indexUse), indexUse);
   if (fingerprints.IsValid()) return fingerprints;
   QXThrow.Error("'%s' cannot be searched", path.c_str());
   return std::nullopt;

@@ -16,7 +16,11 @@ void AddFingerprintFile(QXSystem::QXInterface& itf);
 /// Adds "-memory", where the records are kept.
 void AddMemoryOption(QXSystem::QXInterface& itf);
 
-/// Opens a fast fingerprint file where "-memory" says. Errors: reports and returns nothing.
+/// Adds "-index", whether and by which index searches go.
+void AddIndexOption(QXSystem::QXInterface& itf);
+
+/// Opens a fast fingerprint file where "-memory" says, with the index that "-index" says, none where there is no
+/// such option. Errors: reports and returns nothing.
 std::optional<QXFingrix::QXFastFPDatabase> OpenFingerprints(const QXSystem::QXInterface& itf,
                                                             const std::string& path);
 

@@ -60,6 +60,7 @@ class FingerprintFileTarget final : public SearchTarget {
 
 void AddFingerprintFileOptions(QXSystem::QXInterface& itf) {
   AddMemoryOption(itf);
+  AddIndexOption(itf);
   AddMoleculesOption(itf);
 }
 

@@ -57,7 +57,7 @@ void RenameInMessages(const std::string& name, const std::string& nameToShow) {
 bool SucceedsQuietly(const std::function<void()>& work) {
   std::vector<QXSystem::QXErrorMessage> messages;
   {
-    const QXSystem::QXErrorCollector collector;
+    const QXSystem::QXErrorCollector collector(QXSystem::QXThrow.GetLevel());
     work();
     messages = collector.Messages();
   }

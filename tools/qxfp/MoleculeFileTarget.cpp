@@ -87,7 +87,7 @@ class MoleculeFileTarget final : public SearchTarget {
 // The type to make, null with a reason where the options do not go together.
 const QXFingrix::QXFPTypeBase* CheckUsage(const QXSystem::QXInterface& itf,
                                           const QXFPDatabaseOptions& options, std::string& reason) {
-  for (const char* option : {"-mols", "-memory"}) {
+  for (const char* option : {"-mols", "-memory", "-index"}) {
     if (!itf.IsSet(option)) continue;
     reason = std::string(option) + " is for a .fpbin file, '" + itf.Get<std::string>("-in") +
              "' is a molecule file";

@@ -47,6 +47,9 @@ ExitStatus PrintHelp(const Command& command, const QXSystem::QXInterface& itf) {
 QXSystem::QXInterface MakeInterface(const Command& command) {
   QXSystem::QXInterface itf(command.name, command.brief);
   command.configure(itf);
+  itf.AddParameter(QXSystem::QXParameter("-verbose", QXSystem::QXParameterType::Bool)
+                       .SetBrief("Also tells how it is done")
+                       .SetDefault("false"));
   return itf;
 }
 
@@ -65,6 +68,7 @@ ExitStatus RunCommand(const Command& command, int argc, const char* const* argv)
   QXSystem::QXInterface itf = MakeInterface(command);
   switch (QXSystem::QXParseCommandLine(itf, argc - 1, argv + 1)) {
     case QXSystem::QXParseResult::Ok:
+      if (itf.Get<bool>("-verbose")) QXThrow.SetLevel(QXSystem::QXErrorLevel::Verbose);
       return command.run(itf);
     case QXSystem::QXParseResult::Help:
       return PrintHelp(command, itf);
