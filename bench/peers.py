@@ -69,7 +69,7 @@ class Times:
         self.best -= min(seconds)
 
     def print(self):
-        print(f"{self.name:24} median {self.median * 1e3:8.3f} ms, best {self.best * 1e3:8.3f} ms, "
+        print(f"{self.name:28} median {self.median * 1e3:8.3f} ms, best {self.best * 1e3:8.3f} ms, "
               f"{self.comparisons / self.median / 1e6:8.2f} million comparisons/s")
 
     def print_ratio(self, peer):

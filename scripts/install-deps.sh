@@ -7,7 +7,7 @@ build="g++ cmake make pkg-config librdkit-dev libboost-dev zlib1g-dev libxxhash-
 case "${1:-build}" in
   build)  packages="$build" ;;
   test)   packages="$build libgtest-dev python3 python3-rdkit python3-numpy" ;;
-  bench)  packages="$build libbenchmark-dev" ;;
+  bench)  packages="$build libbenchmark-dev python3 python3-rdkit python3-openbabel" ;;
   format) packages="clang-format clang-tidy" ;;
   *) echo "install-deps: unknown purpose '$1' (build, test, bench or format)" >&2; exit 2 ;;
 esac

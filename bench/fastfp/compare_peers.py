@@ -1,27 +1,38 @@
 #!/usr/bin/env python3
 """Times RDKit and Open Babel beside the sorted search of a .fpbin file, on the same molecules.
 
-usage: compare_peers.py QX_FASTFP_SEARCH [--molecules FILE] [--count 100000] [--limit 10] [--queries 40]
+usage: compare_peers.py QX_FASTFP_SEARCH [--molecules FILE] [--count 100000] [--type TYPE] [--limit 10]
+                        [--queries 40] [--batch 20] [--folder FOLDER]
 
 QX_FASTFP_SEARCH is the program qx_fastfp_search that the benchmarks build. FILE holds lines of "SMILES NAME",
-or the same compressed as .xz; the molecules of a short one, as of the bundled one, are repeated. All search
-for the same molecules on one thread. They take turns of five queries each, so that what else the machine does
-hurts all alike, and none finds the caches full of what another has read in most of its searches:
+or the same compressed as .xz; the molecules of a short one, as of the bundled one, are repeated. TYPE is the
+type string of our fingerprints. Files that were made are looked for in FOLDER, which must have been made with
+the same options, and stay there; the second run is then timing alone.
 
-QXFastFPDatabase  GetSortedScores over the mapped file of our path fingerprints of 1,024 bits.
-RDKit             BulkTanimotoSimilarity over those very fingerprints in a list, and heapq.nlargest of the
-                  scores. It is an error when it finds other scores than we do.
-Open Babel        its fast search over an index file of its own path fingerprints, FP2, of 1,021 bits in 1,024.
-                  Its binding for Python gives no access to the search alone, so what is timed is a conversion
-                  from the index, which loads the index, searches, and reads and writes the molecules found;
-                  the same conversion from an index of a few molecules; and a loading of the index. The search
-                  is the first less the two others. No process starts. Left out when the binding (Debian:
-                  python3-openbabel) is not installed.
+All search for the same molecules on one thread:
+
+scan         GetSortedScores over the mapped file without an index.
+index        the same with an index made in memory; a query for which a scan is expected to be faster still scans.
+RDKit        BulkTanimotoSimilarity over those very fingerprints in a list, and heapq.nlargest of the scores. It
+             is an error when it finds other scores than we do. "Scores alone" is without the heap.
+Open Babel   its fast search over an index file of its own path fingerprints, FP2, of 1,021 bits in 1,024.
+             Its binding for Python gives no access to the search alone, so what is timed is a conversion from
+             the index, which loads the index, searches, and reads and writes the molecules found; the same
+             conversion from an index of a few molecules; and a loading of the index. The search is the first
+             less the two others. No process starts. Left out when the binding (Debian: python3-openbabel) is
+             not installed.
+
+They take turns of whole batches of queries. Searches come one after the other, and what of a collection stays in
+the caches from one to the next is to an engine's credit; taking turns query by query would have each find the
+caches full of another's data. Turns spread what else the machine does over all of them.
 """
 import argparse
+import contextlib
 import heapq
 import itertools
 import pathlib
+import re
+import struct
 import sys
 import tempfile
 import time
@@ -36,10 +47,8 @@ except ImportError:
 sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent))
 import peers
 
-BITS = 1024
-TURN = 5  # queries
+TYPE = "Path,ver=2.0.0,size=1024,bonds=0-5,atype=DefaultPathAtom,btype=DefaultPathBond"
 HEADER_BYTES = 800
-RECORD_BYTES = 16 + BITS // 8
 
 
 def write_molecules(path, source, count):
@@ -53,10 +62,11 @@ def write_molecules(path, source, count):
     return smiles
 
 
-def read_fingerprints(fpbin):
+def read_fingerprints(fpbin, num_bits):
     data = fpbin.read_bytes()
-    return [DataStructs.CreateFromBinaryText(data[at + 16:at + RECORD_BYTES])
-            for at in range(HEADER_BYTES, len(data), RECORD_BYTES)]
+    record = 16 + num_bits // 8
+    return [DataStructs.CreateFromBinaryText(data[at + 16:at + record])
+            for at in range(HEADER_BYTES, len(data), record)]
 
 
 def timed(call, *args):
@@ -65,47 +75,152 @@ def timed(call, *args):
     return time.perf_counter() - start, result
 
 
-def search_rdkit(fps, query, limit):
-    scores = DataStructs.BulkTanimotoSimilarity(fps[query], fps)
-    heapq.nlargest(limit, range(len(scores)), key=scores.__getitem__)
-    return scores
+class Ours:
+    """A search program of ours, which opens the file in its way."""
+
+    def __init__(self, name, program, way, files, args):
+        self.name = name
+        self.search = peers.SearchProgram(program, *files, args.type, args.limit, way)
+        self.count = int(self.search.read_line())
+        self.seconds = []
+
+    def run(self, queries):
+        """The hits of each."""
+        hits = []
+        for query in queries:
+            seconds, found = self.search.ask(query)
+            self.seconds.append(seconds)
+            hits.append(found)
+        return hits
+
+    def times(self):
+        return [peers.Times(self.name, self.seconds, self.count)]
+
+
+class RDKit:
+    """Fingerprints in a list."""
+
+    def __init__(self, fps, limit):
+        self.fps, self.limit = fps, limit
+        self.scoring, self.seconds = [], []
+
+    def search(self, query):
+        seconds, scores = timed(DataStructs.BulkTanimotoSimilarity, self.fps[query], self.fps)
+        self.scoring.append(seconds)
+        heapq.nlargest(self.limit, range(len(scores)), key=scores.__getitem__)
+        return scores
+
+    def run(self, queries, all_hits):
+        for number, query in enumerate(queries):
+            seconds, scores = timed(self.search, query)
+            self.seconds.append(seconds)
+            for hits in all_hits:
+                peers.check_hits(query, hits[number], scores, self.limit)
+
+    def times(self):
+        return [peers.Times("RDKit", self.seconds, len(self.fps)),
+                peers.Times("RDKit, scores alone", self.scoring, len(self.fps))]
 
 
 class BabelIndex:
     """A fast search index that Open Babel has made of the first molecules of a file."""
 
     def __init__(self, folder, smiles, name):
-        self.path = str(folder / f"{name}.fs")
-        self.output = str(folder / f"{name}.smi.found")
+        self.path = folder / f"{name}.fs"
+        self.output = folder / f"{name}.smi.found"
+        self.seconds = []
+        if not self.path.exists():
+            self.make(folder, smiles, name)
+        with open(self.path, "rb") as index:
+            self.count = struct.unpack("<II", index.read(8))[1]
+        if not 0.99 * len(smiles) < self.count <= len(smiles):
+            sys.exit(f"{self.path} has {self.count} records of {len(smiles)} molecules")
+
+    def make(self, folder, smiles, name):
         molecules = folder / f"{name}.babel.smi"  # the index refers to it
         molecules.write_text("".join(f"{line} {i}\n" for i, line in enumerate(smiles)), encoding="utf-8")
+        unfinished = folder / f"{name}.fs.unfinished"
         conversion = openbabel.OBConversion()
         conversion.SetInAndOutFormats("smi", "fs")
-        conversion.OpenInAndOutFiles(str(molecules), self.path)
-        self.count = conversion.Convert()
+        conversion.OpenInAndOutFiles(str(molecules), str(unfinished))
+        conversion.Convert()
         conversion.CloseOutFile()
-        self.conversions, self.loadings = [], []  # seconds
+        unfinished.rename(self.path)
 
     def load(self):
-        openbabel.FastSearch().ReadIndexFile(self.path)
+        openbabel.FastSearch().ReadIndexFile(str(self.path))
 
     def convert(self, query, limit):
         conversion = openbabel.OBConversion()
         conversion.SetInAndOutFormats("fs", "smi")
         conversion.AddOption("s", conversion.GENOPTIONS, query)
         conversion.AddOption("t", conversion.INOPTIONS, str(limit))
-        conversion.OpenInAndOutFiles(self.path, self.output)
+        conversion.OpenInAndOutFiles(str(self.path), str(self.output))
         conversion.Convert()
         conversion.CloseOutFile()
 
-    def num_found(self):
-        return len(pathlib.Path(self.output).read_text(encoding="utf-8").splitlines())
-
     def search(self, query, limit):
-        self.conversions.append(timed(self.convert, query, limit)[0])
-        self.loadings.append(timed(self.load)[0])
-        if self.num_found() != limit:
-            sys.exit(f"Open Babel found {self.num_found()} molecules instead of {limit} for {query}")
+        self.seconds.append(timed(self.convert, query, limit)[0])
+        found = len(self.output.read_text(encoding="utf-8").splitlines())
+        if found != limit:
+            sys.exit(f"Open Babel found {found} molecules instead of {limit} for {query}")
+
+
+class OpenBabel:
+    """Two indices, of all molecules and of a few."""
+
+    def __init__(self, folder, smiles, limit):
+        openbabel.obErrorLog.StopLogging()
+        self.smiles, self.limit = smiles, limit
+        self.all = BabelIndex(folder, smiles, "all")
+        self.few = BabelIndex(folder, smiles[:2 * limit], "few")
+        self.loadings = []
+
+    def run(self, queries):
+        for query in queries:
+            self.all.search(self.smiles[query], self.limit)
+        for _ in queries:
+            self.loadings.append(timed(self.all.load)[0])
+        for query in queries:
+            self.few.search(self.smiles[query], self.limit)
+
+    def times(self):
+        times = peers.Times("Open Babel", self.all.seconds, self.all.count)
+        times.subtract(self.loadings)
+        times.subtract(self.few.seconds)
+        return [times]
+
+
+def compare(args, folder, running):
+    molecules, fpbin = folder / "molecules.smi", folder / "molecules.fpbin"
+    smiles = write_molecules(molecules, args.molecules, args.count)
+    scan, index = (Ours(f"QXFastFPDatabase, {way}", args.program, way, (molecules, fpbin), args)
+                   for way in ("scan", "index"))
+    running.enter_context(scan.search)
+    running.enter_context(index.search)
+    if not scan.count == index.count == len(smiles):
+        sys.exit(f"{fpbin} has {scan.count} records instead of {len(smiles)}")
+    num_bits = int(re.search(r"size=(\d+)", args.type)[1])
+    rdkit = RDKit(read_fingerprints(fpbin, num_bits), args.limit)
+    babel = OpenBabel(folder, smiles, args.limit) if openbabel else None
+    if babel is None:
+        print("Open Babel is not installed and left out")
+    print(f"{scan.count} fingerprints of {num_bits} bits, {args.queries} queries in batches of {args.batch}, "
+          f"best {args.limit}", flush=True)
+    queries = [number * 99991 % scan.count for number in range(args.queries)]
+    for first in range(0, args.queries, args.batch):
+        batch = queries[first:first + args.batch]
+        hits = scan.run(batch), index.run(batch)
+        rdkit.run(batch, hits)
+        if babel:
+            babel.run(batch)
+    times = [each for side in (scan, index, rdkit, babel) if side for each in side.times()]
+    for each in times:
+        each.print()
+    for ours in times[:2]:
+        for peer in times[2:]:
+            print(f"{ours.name}: ", end="")
+            ours.print_ratio(peer)
 
 
 def main():
@@ -114,48 +229,17 @@ def main():
     parser.add_argument("program")
     parser.add_argument("--molecules", type=pathlib.Path, default=peers.BUNDLED_MOLECULES)
     parser.add_argument("--count", type=int, default=100000)
+    parser.add_argument("--type", default=TYPE)
     parser.add_argument("--limit", type=int, default=10)
     parser.add_argument("--queries", type=int, default=40)
+    parser.add_argument("--batch", type=int, default=20)
+    parser.add_argument("--folder", type=pathlib.Path)
     args = parser.parse_args()
-
-    ours, rdkit = [], []
-    with tempfile.TemporaryDirectory() as name:
-        folder = pathlib.Path(name)
-        molecules, fpbin = folder / "molecules.smi", folder / "x.fpbin"
-        smiles = write_molecules(molecules, args.molecules, args.count)
-        with peers.SearchProgram(args.program, molecules, fpbin, BITS, args.limit) as search:
-            count = int(search.read_line())
-            fps = read_fingerprints(fpbin)
-            indices = []
-            if openbabel is None:
-                print("Open Babel is not installed and left out")
-            else:
-                openbabel.obErrorLog.StopLogging()
-                indices = [BabelIndex(folder, smiles, "all"), BabelIndex(folder, smiles[:2 * args.limit], "few")]
-            print(f"{count} fingerprints of {BITS} bits, {args.queries} queries, best {args.limit}", flush=True)
-            for turn in range(0, args.queries, TURN):
-                queries = [number * 997 % count for number in range(turn, min(turn + TURN, args.queries))]
-                hits = []
-                for query in queries:
-                    seconds, found = search.ask(query)
-                    ours.append(seconds)
-                    hits.append(found)
-                for query, found in zip(queries, hits):
-                    seconds, scores = timed(search_rdkit, fps, query, args.limit)
-                    rdkit.append(seconds)
-                    peers.check_hits(query, found, scores, args.limit)
-                for query in queries if indices else []:
-                    for index in indices:
-                        index.search(smiles[query], args.limit)
-    times = [peers.Times("QXFastFPDatabase", ours, count), peers.Times("RDKit", rdkit, count)]
-    if indices:
-        times.append(peers.Times("Open Babel", indices[0].conversions, indices[0].count))
-        for seconds in (indices[0].loadings, indices[1].conversions):
-            times[-1].subtract(seconds)
-    for each in times:
-        each.print()
-    for peer in times[1:]:
-        times[0].print_ratio(peer)
+    if args.folder:
+        args.folder.mkdir(parents=True, exist_ok=True)
+    with contextlib.ExitStack() as running:
+        folder = args.folder or pathlib.Path(running.enter_context(tempfile.TemporaryDirectory()))
+        compare(args, folder, running)
 
 
 if __name__ == "__main__":
