@@ -48,8 +48,8 @@ bool IsCandidate(const QXAtomBase& atom) {
 bool IsCandidateEnd(const QXAtomBase& end) {
   const unsigned element = end.GetAtomicNum();
   if (element != 7 && !IsTetrahedralElement(element)) return false;
-  if (element == 7 && end.GetDegree() == 2)
-    return end.GetImplicitHCount() == 0 && end.GetExplicitHCount() == 0;
+  if (element == 7 && end.GetDegree() == 2 && end.GetImplicitHCount() == 0)
+    return end.GetExplicitHCount() == 0;
   return end.GetDegree() + end.GetImplicitHCount() == 3 && end.GetTotalHCount() <= 1;
 }
 

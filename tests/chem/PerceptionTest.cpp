@@ -119,6 +119,8 @@ TEST(Chirality, TableOfBonds) {
       {"CC=C=CC", {}},
       {"CC=NO", {{1, 2}}},
       {"CC=N", {}},
+      {"CC=[NH+]C", {{1, 2}}},
+      {"CC=[NH2+]", {}},
       {"CC(C)=NO", {}},
       {"CN=NC", {{1, 2}}},
       {"CC=[N+](C)[O-]", {{1, 2}}},
