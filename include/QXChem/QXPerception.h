@@ -47,9 +47,9 @@ QX_API void QXPerceiveChiral(QXMolBase& mol);
 /// Cost     a few microseconds for a drug-like molecule; the search for automorphisms is bounded.
 QX_API void QXPerceiveSymmetry(QXMolBase& mol, bool proven, bool withChirality);
 
-/// Turns hydrogen atoms into implicit hydrogens of their neighbours. Those stay that carry an isotope, a
-/// charge or a map number, that have not exactly one neighbour, or whose neighbour is a hydrogen or a
-/// wildcard. The other atoms keep their order; rings, aromaticity and hybridisation stay known.
+/// Turns hydrogen atoms into implicit hydrogens of their neighbours. Those stay that have an isotope, charge,
+/// map number or hydrogen, have not just one neighbour by a plain single bond, or have a hydrogen or wildcard
+/// there. The other atoms keep their order; rings, aromaticity and hybridisation stay known.
 /// Cost     one pass over the atoms when there is nothing to do.
 QX_API void QXSuppressHydrogens(QXMolBase& mol);
 

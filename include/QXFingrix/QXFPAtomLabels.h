@@ -40,12 +40,12 @@ QX_API void QXGetFingerprintAtomTypes(std::vector<std::string>& atomLabels,
                                       std::vector<std::string>& bondLabels, QXChem::QXMolBase& mol,
                                       unsigned atype, unsigned btype);
 
-/// Whether an atom donates hydrogen bonds: N, O or S with a hydrogen, implicit or explicit.
+/// Whether an atom donates hydrogen bonds: N, O or S with a hydrogen, implicit or explicit. False for null.
 QX_API bool IsHydrogenBondDonor(const QXChem::QXAtomBase* atom);
 
 /// Whether an atom accepts hydrogen bonds: N, O or S that is not aromatic O or S, not N with three
 /// connections (hydrogens included), not pentavalent N, not tetravalent S and not positively charged. A
-/// negatively charged O is one.
+/// negatively charged O is one. False for null.
 QX_API bool IsHydrogenBondAcceptor(const QXChem::QXAtomBase* atom);
 
 /// Appends the SMARTS expression of an atom under an atom type mask, e.g. "[C;+0;D2;^3]".
@@ -58,7 +58,7 @@ QX_API bool IsHydrogenBondAcceptor(const QXChem::QXAtomBase* atom);
 /// connections this names the aromatic ones only, so the expression also matches amines and amides, which
 /// IsHydrogenBondAcceptor does not count. An atom that is donor and acceptor is written by both conditions
 /// joined with ",", so its expression matches every atom that meets either.
-/// Shape    atom: of a molecule with the selected properties perceived.
+/// Shape    atom: of a molecule with the selected properties perceived; null adds nothing.
 QX_API void AddSmilesAtomSymbol(std::string& out, const QXChem::QXAtomBase* atom, unsigned atype);
 
 }  // namespace QXFingrix

@@ -16,20 +16,22 @@ class QXFPTypeBase;
 
 /// @file
 /// Why a fingerprint has the bits that it has, and what two molecules share. Atoms and bonds are those of the
-/// caller's molecule, as it is before it is prepared. The iterators find their elements one by one while they
-/// advance, and own all they need: the molecules may go before them. Where a pattern matches in many ways there
-/// may be very many elements; the number of pairs is their product.
+/// caller's molecule, as it is before it is prepared. The iterators make their elements one by one while they
+/// advance, and own all they need: the molecules may go before them. Where a pattern matches in many ways
+/// there may be very many elements; the number of pairs is their product.
 ///
 /// Errors   no type, or a kind that has no patterns: the empty iterator and a Warning, "%s is not available for
-///          Lingo fingerprint!" for Lingo. More than 2,000,000 subgraphs of at most the largest distance of a
-///          graph fingerprint, or tokens that an unhashed one could not hold: the empty iterator and an
-///          Error. An invalid molecule: the empty iterator, silently.
-/// Memory   the subgraphs of graph fingerprints are kept, each in up to some 100 bytes, while an iterator
-///          lives.
-/// Cost     a pattern that matches n times is searched as long as its matches are asked for. Overlap searches
-///          molB again for every match in molA. Coverage of MACCS keys remembers the sets that it gave, to give
-///          each once: 8 bytes for every atom and bond of a set, and 40 more; sets of three or four atoms
-///          without bonds, by far the most, are not remembered.
+///          Lingo fingerprint!" for Lingo. Parameters of a type that its generator would replace: replaced in
+///          the same way, with the same Warnings under the name of the function here. More than 2,000,000
+///          subgraphs of a graph fingerprint, paths and trees of fewer bonds than its smallest included, or
+///          tokens that are too long for an unhashed one even once each: the empty iterator and an Error. An
+///          invalid molecule: the empty iterator, silently.
+/// Memory   the subgraphs of graph fingerprints are kept, each in up to some 100 bytes, and each token of an
+///          unhashed one once, while an iterator lives.
+/// Cost     graph fingerprints: the call finds all subgraphs. MACCS keys: a pattern is searched for as long as
+///          its matches are asked for; overlap searches molB again for every match in molA. Coverage remembers
+///          the sets that it gave, to give each once: 8 bytes for every atom and bond of a set, and 40 more;
+///          sets of three or four atoms without bonds, by far the most, are not remembered.
 /// Threads  safe; a single iterator is for one thread at a time.
 
 /// What sets a bit, or is a token of an unhashed fingerprint.

@@ -19,7 +19,9 @@ class QXFPTypeBase;
 /// A walk starts at a heavy atom and visits no atom twice; both directions of a path set their bit.
 /// Shape    numbits 16 to 65535; 0 <= minbonds <= maxbonds <= 20; atype and btype are masks of QXFPAtomType
 ///          and QXFPBondType, not both 0. Anything else draws one Warning each and is replaced by the default
-///          (4096, 0, 5; minbonds = maxbonds; masks 191 and 3); the type of fp carries what was used.
+///          (4096, 0, 5; minbonds = maxbonds; masks 191 and 3); the type of fp carries what was used. Mask
+///          bits without a meaning are not looked for: fp has the bits that it has without them, but its type
+///          may name other masks or "invalid".
 /// Errors   an invalid molecule: false, the type of fp cleared, its bits untouched, nothing reported.
 ///          No memory: std::bad_alloc, and what fp then holds is not to be relied on.
 /// Threads  safe on different fingerprints; mol is only read.

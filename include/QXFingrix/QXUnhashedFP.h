@@ -55,16 +55,13 @@ QX_API bool QXMakeUnhashedTreeFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol
 
 /// Makes the unhashed circular fingerprint of a molecule: every environment that QXMakeCircularFP would hash,
 /// as a readable token. Of the texts that the centres of one set of bonds give, the first in byte order is
-/// taken. A token lists the atoms outwards from the centre, those that look alike once, with their number:
-/// see docs/CircularFingerprint.md. The tokens, as many times as they occur, in ascending byte order and
-/// joined by one blank, and a zero byte are stored as the bytes of the bit vector. The order of the atoms does
-/// not matter.
+/// taken. A token lists the atoms outwards from the centre, those that look alike once, with their number.
+/// The tokens are kept as above.
 /// Shape    0 <= minradius <= maxradius <= 20, defaults 0, 5 and masks 4239 and 1; else as above.
-/// Errors   as above. A text that would not fit: the type of fp cleared, its bits untouched, false and the
-///          error "Max size for an QXBitVector is INT_MAX", as soon as that is known.
+/// Errors   as above.
 /// Threads  safe on different fingerprints; mol is only read.
-/// Cost     one copy of mol, and some sorting for every environment. Memory is bounded by a multiple of the
-///          text, which is at most 256 MB.
+/// Cost     one copy of mol, and some sorting for every environment. Memory is bounded as above.
+/// Source   docs/CircularFingerprint.md
 QX_API bool QXMakeUnhashedCircularFP(QXFingerPrint& fp, const QXChem::QXMolBase& mol, unsigned minradius,
                                      unsigned maxradius, unsigned atype, unsigned btype);
 
