@@ -15,8 +15,8 @@
 namespace QXFingrix {
 
 Substructures::Substructures(const QXChem::QXMolBase& mol, unsigned code, const TypeParams& params)
-    : copy_(mol, code),
-      params_(params),
+    : params_(params),
+      copy_(mol, code),
       isUnhashed_(IsUnhashedType(code)),
       modulus_(isUnhashed_ ? 1 : QXGetHashSize(params.numbits)) {
   QXChem::QXMolBase& copy = copy_.Mol();

@@ -31,8 +31,8 @@ class Substructures {
   virtual ~Substructures() = default;
 
   /// Finds and sorts them; to be called once.
-  /// Returns  TooMany for more than maxFound, smaller ones that are passed on the way included; TokensTooLong
-  ///          where the unhashed fingerprint could not hold its tokens.
+  /// Returns  TooMany for more than maxFound, paths and trees that are passed on the way to larger ones
+  ///          included; TokensTooLong where the unhashed fingerprint could not hold each token once.
   Outcome FindAll();
 
   unsigned NumFound() const { return static_cast<unsigned>(ids_.size()); }
@@ -67,7 +67,6 @@ class Substructures {
   const QXChem::QXMolBase& Mol() const { return copy_.Mol(); }
   bool IsUnhashed() const { return isUnhashed_; }
 
-  PreparedCopy copy_;
   TypeParams params_;
   std::vector<unsigned> atomLabels_;
   std::vector<unsigned> bondLabels_;
@@ -78,6 +77,7 @@ class Substructures {
  private:
   bool RankTokens();
 
+  PreparedCopy copy_;
   bool isUnhashed_;
   FastModulus modulus_;
   std::vector<std::string> tokens_;  // distinct, ascending; an identifier is then a place here

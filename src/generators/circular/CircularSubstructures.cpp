@@ -2,58 +2,63 @@
 
 #include <algorithm>
 #include <climits>
-#include <utility>
 
 #include "QXChem/QXGraphMol.h"
 #include "generators/circular/Ball.h"
 #include "generators/circular/CircularIds.h"
+#include "generators/circular/CircularTokenWalk.h"
 #include "generators/circular/EnvironmentText.h"
 #include "generators/circular/Environments.h"
 
 namespace QXFingrix {
 
-// Like HashedCircularWalk, which forgets the centres. An atom has one environment of each radius at most.
 bool CircularSubstructures::Find() {
+  return IsUnhashed() ? FindByTokens() : FindByIds();
+}
+
+// Like HashedCircularWalk, which forgets the centres.
+bool CircularSubstructures::FindByIds() {
   CircularIds ids;
   ids.Load(Mol(), atomLabels_, bondLabels_);
   for (unsigned atom = 0; params_.minDistance == 0 && atom < Mol().NumAtoms(); ++atom) {
-    Add(ids.Get()[atom], {atom, 0});
+    if (!Add(ids.Get()[atom], {atom, 0})) return false;
   }
-  EnvironmentText writer;
-  if (IsUnhashed()) writer.Load(Mol(), atomTexts_, bondTexts_);
   Environments environments;
   environments.Load(Mol());
   constexpr unsigned none = UINT_MAX;
   std::vector<unsigned> best;  // centre of each environment
-  std::vector<std::string> bestTokens;
-  std::string token;
   for (unsigned radius = 1; radius <= params_.maxDistance; ++radius) {
     const auto centres = environments.Grow();
     if (centres.empty()) break;
     ids.Grow();
     if (radius < params_.minDistance) continue;
-    if (NumFound() + environments.NumFound() > maxFound) return false;
     best.assign(environments.NumFound(), none);
-    bestTokens.resize(best.size());
     for (const auto& [atom, environment] : centres) {
       unsigned& centre = best[environment];
-      if (IsUnhashed()) {
-        writer.Write(atom, radius, token);
-        if (centre != none && token >= bestTokens[environment]) continue;
-        bestTokens[environment] = token;
-      } else if (centre != none && ids.Get()[atom] >= ids.Get()[centre]) {
-        continue;
-      }
-      centre = atom;
+      if (centre == none || ids.Get()[atom] < ids.Get()[centre]) centre = atom;
     }
-    for (const unsigned centre : best) Add(ids.Get()[centre], {centre, radius});
+    for (const unsigned centre : best) {
+      if (!Add(ids.Get()[centre], {centre, radius})) return false;
+    }
   }
   return true;
 }
 
-void CircularSubstructures::Add(unsigned id, const Place& place) {
+// Tokens are not kept: together they may be too long for that.
+bool CircularSubstructures::FindByTokens() {
+  constexpr unsigned noId = 0;
+  CircularTokenWalk walk;
+  return walk.Walk(Mol(), atomTexts_, bondTexts_, params_.minDistance, params_.maxDistance,
+                   [&](unsigned centre, unsigned radius, const std::string&) {
+                     return Add(noId, {centre, radius});
+                   });
+}
+
+bool CircularSubstructures::Add(unsigned id, const Place& place) {
+  if (NumFound() == maxFound) return false;
   ids_.push_back(id);
   places_.push_back(place);
+  return true;
 }
 
 QXChem::QXAtomBondSet CircularSubstructures::Read(unsigned i) const {

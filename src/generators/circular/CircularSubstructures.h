@@ -26,8 +26,10 @@ class CircularSubstructures final : public Substructures {
   };
 
   bool Find() override;
+  bool FindByIds();
+  bool FindByTokens();
   std::string WriteToken(unsigned i) const override;
-  void Add(unsigned id, const Place& place);
+  bool Add(unsigned id, const Place& place);  // false when there are too many
   QXChem::QXAtomBondSet Read(unsigned i) const override;
 
   std::vector<Place> places_;

@@ -41,7 +41,6 @@ class EnvironmentText {
 
   const QXChem::QXMolBase* mol_ = nullptr;
   std::span<const std::string> atomLabels_;
-  std::span<const std::string> bondLabels_;
   std::vector<unsigned> atomRanks_;  // of the labels, ascending by text
   std::vector<unsigned> bondRanks_;
   std::vector<std::string> rankedBonds_;
