@@ -11,7 +11,8 @@
 
 namespace QXFingrix {
 
-/// Has the substructures of a molecule found. Null after a report when they are too many.
+/// Has the substructures of a molecule found. Null after a report when they are too many, or their tokens too
+/// long.
 SubstructuresPtr FindSubstructures(const char* function, const GraphKind& kind, unsigned maxDistance,
                                    std::shared_ptr<Substructures> found);
 

@@ -18,8 +18,8 @@ struct HashedGraphWorkspace {
   std::vector<unsigned> bondLabels;
   Walk walk;
 
-  /// Takes a prepared copy of the caller's molecule. Symmetry classes that came along with it are left behind:
-  /// they may rest on less than a proof, or on the molecule as it was before.
+  /// Takes a prepared copy of the caller's molecule. Symmetry classes that came along with it are left
+  /// behind: they may rest on less than a proof, or on the molecule as it was before.
   void Prepare(const QXChem::QXMolBase& source, unsigned typeCode) {
     mol = source;
     QXPrepareForFingerprinting(mol, typeCode);

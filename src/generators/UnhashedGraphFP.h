@@ -20,8 +20,8 @@ namespace QXFingrix {
 ///   bool Collect(const QXMolBase& mol, span<const string> atomLabels, span<const string> bondLabels,
 ///                unsigned minDistance, unsigned maxDistance, size_t maxSize)
 /// which answers false as soon as the tokens would give a text of more than maxSize bytes, and
-///   TokenTree& GetTokens()
-/// for the tokens that it collected.
+///   GetTokens()
+/// for the tokens that it collected: a TokenTree or a TokenList.
 template <class FPType, class Walk>
 struct UnhashedGraphFP {
   const char* function;  // that messages name

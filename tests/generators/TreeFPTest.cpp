@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <climits>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <thread>
@@ -26,7 +26,6 @@ namespace QXFingrix {
 namespace {
 
 using namespace QXTest;
-using test::MakeGraph;
 using test::ReadSmiles;
 
 struct Params {

@@ -203,11 +203,9 @@ extern const Command explainCommand = {
     "tell why bits of a fingerprint are set, and which atoms set them",
     "Lists the keys of A, or those that A and B share: the number of each, its pattern, in how many ways it\n"
     "matches, and the atoms that take part, counted from 0 as in the SMILES. With fingerprint options the\n"
-    "bits of another kind, a row for every pattern that sets one, with its identifier; of unhashed kinds "
-    "the\n"
-    "tokens. Patterns are SMARTS. -svg draws the molecules, with the atoms and bonds of -key or -bit, of "
-    "all\n"
-    "shared keys, or of the large shared patterns, marked.\n",
+    "bits of another kind, a row for every pattern that sets one, with its identifier; of unhashed kinds\n"
+    "the tokens. Patterns are SMARTS. -svg draws the molecules, with the atoms and bonds of -key or -bit, of\n"
+    "all shared keys, or of the large shared patterns, marked.\n",
     Configure,
     Run};
 

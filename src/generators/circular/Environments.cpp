@@ -1,8 +1,8 @@
 // The bonds of an environment of radius r are those at atoms up to r - 1 bonds from its centre: the union of
 // the sets of radius r - 1 of the centre's neighbours, for r > 1. As masks of bits they are quickly united
-// and compared. A mask for every atom would grow with the square of the molecule, so beyond some size the sets
-// are looked for anew each time, and only a sum over them is kept. Sets with equal keys are compared in full
-// unless the key is the set.
+// and compared. A mask for every atom would grow with the square of the molecule, so beyond some size the
+// sets are looked for anew each time, and only a sum over them is kept. Sets with equal keys are compared in
+// full unless the key is the set.
 //
 // A centre whose set has appeared at a smaller radius gives nothing new ever after. If its set of radius r is
 // that of another centre with radius s < r, then both cover the same atoms, those up to r and up to s bonds

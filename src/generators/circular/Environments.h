@@ -27,7 +27,7 @@ class Environments {
   /// Cost     small molecules: an operation for every bond; else the sets themselves.
   std::span<const Centre> Grow();
 
-  /// How many environments Grow() has found, numbered from 0.
+  /// How many new environments the last call of Grow() has found, numbered from 0.
   unsigned NumFound() const { return static_cast<unsigned>(sets_.size() - firstFound_); }
 
  private:
