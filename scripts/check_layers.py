@@ -12,7 +12,7 @@ PUBLIC = ["QXSystem", "QXPlatform", "QXChem", "QXFingrix"]
 PUBLIC_OF_LAYER = {"system": 1, "platform": 2, "chem": 3}
 RDKIT = re.compile(r"^(GraphMol|RDGeneral|Geometry|DataStructs|boost)/")
 INTRINSICS = re.compile(r"^(\w*intrin|cpuid)\.h$")
-INTRINSICS_PLACES = ("src/system/bitcount/", "src/fastfp/PopCount.cpp")
+INTRINSICS_PLACES = ("src/system/bitcount/", "src/fastfp/scan/PopCount.cpp")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 

@@ -6,7 +6,7 @@
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXFingrix/QXMakeFP.h"
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/CheckFingerPrintType.h"
+#include "fastfp/file/CheckFingerPrintType.h"
 
 namespace QXFingrix {
 

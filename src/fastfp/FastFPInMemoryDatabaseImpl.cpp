@@ -1,7 +1,7 @@
 #include "fastfp/FastFPInMemoryDatabaseImpl.h"
 
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/ReadRecords.h"
+#include "fastfp/file/ReadRecords.h"
 
 namespace QXFingrix {
 

@@ -6,12 +6,12 @@
 #include "QXFingrix/QXMMapFile.h"
 #include "QXPlatform/QXProcessor.h"
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/CheckFingerPrintType.h"
-#include "fastfp/RecordScan.h"
-#include "fastfp/RecordSpace.h"
-#include "fastfp/slices/SlicedIndexFile.h"
+#include "fastfp/file/CheckFingerPrintType.h"
+#include "fastfp/file/RecordSpace.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/SlicedIndexLayout.h"
-#include "fastfp/slices/WriteSlicedIndexFile.h"
+#include "fastfp/slices/file/SlicedIndexFile.h"
+#include "fastfp/slices/file/WriteSlicedIndexFile.h"
 
 namespace QXFingrix {
 

@@ -1,7 +1,7 @@
 #include "fastfp/FastFPMemoryMapDatabaseImpl.h"
 
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/RecordSpace.h"
+#include "fastfp/file/RecordSpace.h"
 
 namespace QXFingrix {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fastfp/FastFPDatabaseImplBase.h"
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/LazyIndex.h"
 
 namespace QXFingrix {

@@ -1,7 +1,7 @@
 #include "QXSystem/QXErrorHandler.h"
 #include "database/WithinMemory.h"
-#include "fastfp/AllPairs.h"
 #include "fastfp/FastFPScanImpl.h"
+#include "fastfp/pairs/AllPairs.h"
 
 namespace QXFingrix {
 

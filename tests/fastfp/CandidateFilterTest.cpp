@@ -7,7 +7,7 @@
 #include <random>
 
 #include "database/BitScorer.h"
-#include "fastfp/Scorer.h"
+#include "fastfp/scan/Scorer.h"
 
 namespace {
 

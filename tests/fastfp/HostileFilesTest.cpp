@@ -12,7 +12,7 @@
 
 #include "QXFingrix/QXFastFPDatabase.h"
 #include "fastfp/FpbinFile.h"
-#include "fastfp/ReadRecords.h"
+#include "fastfp/file/ReadRecords.h"
 
 namespace QXFingrix {
 namespace {

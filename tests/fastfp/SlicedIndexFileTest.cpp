@@ -1,4 +1,4 @@
-#include "fastfp/slices/SlicedIndexFile.h"
+#include "fastfp/slices/file/SlicedIndexFile.h"
 
 #include <gtest/gtest.h>
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "QXSystem/QXBitCountKernel.h"
-#include "fastfp/RunThreads.h"
-#include "fastfp/SortedScan.h"
+#include "fastfp/scan/RunThreads.h"
+#include "fastfp/scan/SortedScan.h"
 #include "fastfp/slices/MakeSlicedIndex.h"
 
 namespace {

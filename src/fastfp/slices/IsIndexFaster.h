@@ -3,7 +3,7 @@
 #include <span>
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 
 namespace QXFingrix {
 

@@ -4,9 +4,9 @@
 #include <mutex>
 #include <utility>
 
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/SlicedIndex.h"
-#include "fastfp/slices/SlicedIndexFile.h"
+#include "fastfp/slices/file/SlicedIndexFile.h"
 
 namespace QXFingrix {
 

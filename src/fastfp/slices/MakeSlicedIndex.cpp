@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/RunThreads.h"
 #include "fastfp/slices/HugePages.h"
 #include "fastfp/slices/SlicedIndexLayout.h"
 #include "fastfp/slices/SlicedIndexMaker.h"

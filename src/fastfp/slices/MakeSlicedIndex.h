@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/SlicedIndex.h"
 
 namespace QXFingrix {

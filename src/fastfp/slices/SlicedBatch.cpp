@@ -9,10 +9,10 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <new>
 
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/HitLists.h"
+#include "fastfp/scan/RunThreads.h"
 #include "fastfp/slices/SlicedSearch.h"
 
 namespace QXFingrix {
@@ -26,14 +26,6 @@ constexpr std::uint64_t maxFetchedBits =
     4096;  // of fingerprints two of whose blocks the second cache can hold
 constexpr std::size_t claimBlocks = 8;
 constexpr std::uint64_t minThreaded = 1'000'000;  // comparisons; below, threads cost more than they gain
-
-using HitLists = std::vector<std::unique_ptr<QXFPDatabaseHitList>>;
-
-HitLists MakeHitLists(std::size_t num, std::uint64_t numRecords, const QXFPDatabaseOptions& options) {
-  HitLists lists(num);
-  for (auto& list : lists) list = QXInitFPDatabaseHitList(numRecords, options);
-  return lists;
-}
 
 /// One query of a group, common to all threads.
 struct BatchQuery {
@@ -86,7 +78,7 @@ class GroupSearch {
       : index_(index),
         records_(records),
         options_(options),
-        hits_(MakeHitLists(queries.size(), records.numRecords, options)) {
+        hits_(queries.size(), records.numRecords, options) {
     const std::size_t numAlone = queries.size() < minSharing ? index.NumBlocks() : numBlocksAlone;
     for (const QueryBits& query : queries) queries_.emplace_back(index, records, query, options, numAlone);
   }
@@ -94,31 +86,30 @@ class GroupSearch {
   // Run by every thread; an exception must not leave it.
   void Work() noexcept {
     try {
-      const HitLists hits = MakeHitLists(queries_.size(), records_.numRecords, options_);
+      HitLists hits(queries_.size(), records_.numRecords, options_);
       std::deque<SlicedSearch::Part<QXFPDatabaseHitList>> parts;
-      for (std::size_t i = 0; i < queries_.size(); ++i) parts.emplace_back(queries_[i].search, *hits[i]);
+      for (std::size_t i = 0; i < queries_.size(); ++i) parts.emplace_back(queries_[i].search, hits[i]);
       // Each thread begins with other queries, and ends by helping with those that are left.
       const std::size_t first = queries_.size() * numThreads_.fetch_add(1) / options_.GetNumProcessors();
       for (std::size_t i = first; i < first + queries_.size() && !isOutOfMemory_; ++i) {
         const std::size_t query = i % queries_.size();
-        queries_[query].search.Run(*hits[query], [](std::size_t) {});
+        queries_[query].search.Run(hits[query], [](std::size_t) {});
       }
       const bool isFetched = queries_.size() >= minSharing && index_.numBits <= maxFetchedBits;
       for (std::size_t i; (i = nextBlock_.fetch_add(claimBlocks)) < index_.NumBlocks() && !isOutOfMemory_;) {
         const std::size_t end = std::min(i + claimBlocks, index_.NumBlocks());
         for (; i < end; ++i) SearchForAll(i, isFetched && i + 1 < end, parts);
       }
-      Merge(hits);
+      hits_.Merge(hits);
     } catch (const std::bad_alloc&) {
       isOutOfMemory_ = true;
     }
   }
 
   /// Errors   std::bad_alloc when a thread ran out of memory.
-  const HitLists& Finish() {
+  void Finish(std::vector<std::vector<QXSimScore>>& hits) {
     if (isOutOfMemory_) throw std::bad_alloc();
-    for (auto& list : hits_) list->Sort();
-    return hits_;
+    hits_.TakeSorted(hits);
   }
 
  private:
@@ -142,13 +133,6 @@ class GroupSearch {
     }
   }
 
-  void Merge(const HitLists& found) {
-    const std::lock_guard lock(mutex_);
-    for (std::size_t i = 0; i < hits_.size(); ++i) {
-      for (const QXSimScore& hit : found[i]->GetHits()) hits_[i]->AddHit(hit);
-    }
-  }
-
   const SlicedIndex& index_;
   const RecordTable& records_;
   const QXFPDatabaseOptions& options_;
@@ -157,7 +141,6 @@ class GroupSearch {
   std::atomic<std::size_t> nextBlock_{0};
   std::atomic<bool> isOutOfMemory_{false};
   HitLists hits_;
-  std::mutex mutex_;
 };
 
 }  // namespace
@@ -171,7 +154,7 @@ std::vector<std::vector<QXSimScore>> SlicedBatch(const SlicedIndex& index, const
     const bool isSmall = records.numRecords < minThreaded / group.size();
     GroupSearch search(index, records, group, options);
     RunThreads(isSmall ? 1 : options.GetNumProcessors(), [&search] { search.Work(); });
-    for (const auto& list : search.Finish()) hits.push_back(list->TakeHits());
+    search.Finish(hits);
     queries = queries.subspan(group.size());
   }
   return hits;

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/SlicedIndexLayout.h"
 
 namespace QXFingrix {

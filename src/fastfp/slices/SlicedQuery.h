@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
-#include "fastfp/RecordScan.h"
-#include "fastfp/Scorer.h"
+#include "fastfp/scan/RecordScan.h"
+#include "fastfp/scan/Scorer.h"
 #include "fastfp/slices/SlicedIndex.h"
 
 namespace QXFingrix {

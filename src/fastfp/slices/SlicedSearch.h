@@ -10,7 +10,7 @@
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXSimMeasure.h"
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/ScanSlices.h"
 #include "fastfp/slices/SlicedQuery.h"
 

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <new>
 
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/RunThreads.h"
 #include "fastfp/slices/SlicedSearch.h"
 
 namespace QXFingrix {

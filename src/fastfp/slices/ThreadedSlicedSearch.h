@@ -1,8 +1,8 @@
 #pragma once
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
-#include "fastfp/RecordScan.h"
 #include "fastfp/SimSearchResultImpl.h"
+#include "fastfp/scan/RecordScan.h"
 #include "fastfp/slices/SlicedIndex.h"
 
 namespace QXFingrix {

@@ -1,4 +1,4 @@
-#include "fastfp/CheckFingerPrintType.h"
+#include "fastfp/file/CheckFingerPrintType.h"
 
 #include "QXFingrix/QXFPType.h"
 #include "QXFingrix/QXFPTypeParams.h"

@@ -2,13 +2,13 @@
 // keep their hits to themselves until the end. Each list holds the best of what its thread has seen in one
 // total order of hits; the best of those lists are the best of all, whoever scanned what.
 
-#include "fastfp/SortedScan.h"
+#include "fastfp/scan/SortedScan.h"
 
 #include <algorithm>
 #include <atomic>
 #include <new>
 
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/RunThreads.h"
 
 namespace QXFingrix {
 

@@ -4,9 +4,9 @@
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXFPHistogram.h"
-#include "fastfp/RecordScan.h"
-#include "fastfp/Scorer.h"
 #include "fastfp/SimSearchResultImpl.h"
+#include "fastfp/scan/RecordScan.h"
+#include "fastfp/scan/Scorer.h"
 #include "similarity/CandidateFilter.h"
 
 namespace QXFingrix {

@@ -9,9 +9,9 @@
 #include "QXPlatform/QXProcessor.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXString.h"
-#include "fastfp/CheckFingerPrintType.h"
-#include "fastfp/FPGenerator.h"
-#include "fastfp/RunThreads.h"
+#include "fastfp/file/CheckFingerPrintType.h"
+#include "fastfp/file/FPGenerator.h"
+#include "fastfp/scan/RunThreads.h"
 
 namespace QXFingrix {
 

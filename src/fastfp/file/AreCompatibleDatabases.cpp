@@ -5,8 +5,8 @@
 #include "QXFingrix/QXFastFPDatabase.h"
 #include "QXFingrix/QXPopCount.h"
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/CheckFingerPrintType.h"
 #include "fastfp/FastFPDatabaseImplBase.h"
+#include "fastfp/file/CheckFingerPrintType.h"
 
 namespace QXFingrix {
 

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "QXFingrix/QXFPTypeLookup.h"
-#include "fastfp/FileLayout.h"
+#include "fastfp/file/FileLayout.h"
 
 // Words are copied to and from bytes as they lie in memory.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the file format's words are little-endian");

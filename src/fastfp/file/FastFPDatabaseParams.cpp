@@ -13,7 +13,7 @@
 #include "QXFingrix/QXPopCount.h"
 #include "QXSystem/QXErrorHandler.h"
 #include "QXSystem/QXString.h"
-#include "fastfp/FileLayout.h"
+#include "fastfp/file/FileLayout.h"
 
 namespace QXFingrix {
 

@@ -7,7 +7,7 @@
 #include "QXFingrix/QXFPHistogram.h"
 #include "QXFingrix/QXSimScore.h"
 #include "QXSystem/QXDots.h"
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 
 // Records against each other, on the calling thread. Symmetric measures are scored in the upper triangle
 // only. A copy of the tracer, if any, counts them. All functions throw std::bad_alloc.

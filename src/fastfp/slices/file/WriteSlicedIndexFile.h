@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "fastfp/RecordScan.h"
-#include "fastfp/slices/SlicedIndexFileLayout.h"
+#include "fastfp/scan/RecordScan.h"
+#include "fastfp/slices/file/SlicedIndexFileLayout.h"
 
 namespace QXFingrix {
 

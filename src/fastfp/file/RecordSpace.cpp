@@ -1,7 +1,7 @@
-#include "fastfp/RecordSpace.h"
+#include "fastfp/file/RecordSpace.h"
 
 #include "QXFingrix/QXFPTypeLookup.h"
-#include "fastfp/FileLayout.h"
+#include "fastfp/file/FileLayout.h"
 
 namespace QXFingrix {
 

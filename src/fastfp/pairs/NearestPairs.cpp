@@ -5,8 +5,8 @@
 #include <limits>
 #include <new>
 
-#include "fastfp/AllPairs.h"
-#include "fastfp/PairTiles.h"
+#include "fastfp/pairs/AllPairs.h"
+#include "fastfp/pairs/PairTiles.h"
 
 namespace QXFingrix {
 

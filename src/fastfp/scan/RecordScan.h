@@ -7,8 +7,8 @@
 #include <span>
 
 #include "QXSystem/QXBitCountKernel.h"
-#include "fastfp/FileLayout.h"
-#include "fastfp/Scorer.h"
+#include "fastfp/file/FileLayout.h"
+#include "fastfp/scan/Scorer.h"
 #include "similarity/CandidateFilter.h"
 
 // The scan over records: blocks of shared bit counts from the kernel, then one pass over the counts. What a

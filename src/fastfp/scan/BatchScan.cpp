@@ -1,19 +1,17 @@
-// Threads claim ranges of records and search them for every query of a group, each with hit lists of its own.
-// A list holds the best of what its thread has seen in one total order of hits, so merging gives the same hits
-// whoever scanned what.
+// Threads claim ranges of records and search them for every query of a group.
 
-#include "fastfp/BatchScan.h"
+#include "fastfp/scan/BatchScan.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <new>
 
-#include "fastfp/RunThreads.h"
-#include "fastfp/SortedScan.h"
+#include "fastfp/scan/HitLists.h"
+#include "fastfp/scan/RunThreads.h"
+#include "fastfp/scan/SortedScan.h"
 
 namespace QXFingrix {
 
@@ -26,14 +24,6 @@ constexpr std::uint64_t claimSize = 8 * tileRecords;
 constexpr std::uint64_t minThreaded =
     100'000;  // comparisons; below, starting threads costs more than it gains
 
-using HitLists = std::vector<std::unique_ptr<QXFPDatabaseHitList>>;
-
-HitLists MakeHitLists(std::size_t num, std::uint64_t numRecords, const QXFPDatabaseOptions& options) {
-  HitLists lists(num);
-  for (auto& list : lists) list = QXInitFPDatabaseHitList(numRecords, options);
-  return lists;
-}
-
 /// One thread's search for the hits of a group.
 class GroupScan {
  public:
@@ -41,12 +31,12 @@ class GroupScan {
             const QXFPDatabaseOptions& options)
       : records_(records),
         lists_(lists),
-        hits_(MakeHitLists(queries.size(), records.numRecords, options)),
+        hits_(queries.size(), records.numRecords, options),
         least_(queries.size()),
         reaches_(std::make_unique<bool[]>(queries.size())),
         shared_(queries.size() * tileRecords) {
     for (std::size_t i = 0; i < queries.size(); ++i)
-      scans_.emplace_back(records, queries[i], options, *hits_[i]);
+      scans_.emplace_back(records, queries[i], options, hits_[i]);
   }
 
   void Scan(std::uint64_t begin, std::uint64_t end) {
@@ -76,7 +66,7 @@ class GroupScan {
 
   const RecordTable& records_;
   const QXSystem::QXBitLists& lists_;
-  const HitLists hits_;
+  HitLists hits_;
   std::deque<SortedScan> scans_;
   std::array<float, tileRecords> bitCounts_;
   std::vector<std::uint32_t> least_;
@@ -92,7 +82,7 @@ class GroupSearch {
       : records_(records),
         queries_(queries),
         options_(options),
-        hits_(MakeHitLists(queries.size(), records.numRecords, options)) {
+        hits_(queries.size(), records.numRecords, options) {
     if (queries.size() < minTiled) return;
     std::vector<std::uint64_t> words;
     for (const QueryBits& query : queries) words.insert(words.end(), query.words.begin(), query.words.end());
@@ -108,27 +98,19 @@ class GroupSearch {
         if (begin >= records_.numRecords || isOutOfMemory_) break;
         scan.Scan(begin, begin + std::min(claimSize, records_.numRecords - begin));
       }
-      Merge(scan.GetHits());
+      hits_.Merge(scan.GetHits());
     } catch (const std::bad_alloc&) {
       isOutOfMemory_ = true;
     }
   }
 
   /// Errors   std::bad_alloc when a thread ran out of memory.
-  const HitLists& Finish() {
+  void Finish(std::vector<std::vector<QXSimScore>>& hits) {
     if (isOutOfMemory_) throw std::bad_alloc();
-    for (auto& list : hits_) list->Sort();
-    return hits_;
+    hits_.TakeSorted(hits);
   }
 
  private:
-  void Merge(const HitLists& found) {
-    const std::lock_guard lock(mutex_);
-    for (std::size_t i = 0; i < hits_.size(); ++i) {
-      for (const QXSimScore& hit : found[i]->GetHits()) hits_[i]->AddHit(hit);
-    }
-  }
-
   const RecordTable& records_;
   const std::span<const QueryBits> queries_;
   const QXFPDatabaseOptions& options_;
@@ -136,7 +118,6 @@ class GroupSearch {
   std::atomic<std::uint64_t> next_{0};
   std::atomic<bool> isOutOfMemory_{false};
   HitLists hits_;
-  std::mutex mutex_;
 };
 
 }  // namespace
@@ -149,7 +130,7 @@ std::vector<std::vector<QXSimScore>> BatchScan(const RecordTable& records, std::
     const bool isSmall = records.numRecords < minThreaded / group.size();
     GroupSearch search(records, group, options);
     RunThreads(isSmall ? 1 : options.GetNumProcessors(), [&search] { search.Work(); });
-    for (const auto& list : search.Finish()) hits.push_back(list->TakeHits());
+    search.Finish(hits);
     queries = queries.subspan(group.size());
   }
   return hits;

@@ -1,11 +1,11 @@
-#include "fastfp/slices/SlicedIndexFileLayout.h"
+#include "fastfp/slices/file/SlicedIndexFileLayout.h"
 
 #include <xxhash.h>
 
 #include <array>
 
-#include "fastfp/FileLayout.h"
-#include "fastfp/slices/PlainFile.h"
+#include "fastfp/file/FileLayout.h"
+#include "fastfp/slices/file/PlainFile.h"
 
 namespace QXFingrix {
 

@@ -10,8 +10,8 @@
 
 #include "QXSystem/QXBitCountKernel.h"
 #include "QXSystem/QXDots.h"
-#include "fastfp/RecordScan.h"
-#include "fastfp/Scorer.h"
+#include "fastfp/scan/RecordScan.h"
+#include "fastfp/scan/Scorer.h"
 
 namespace QXFingrix {
 

@@ -3,7 +3,7 @@
 // byte with a checksum. A checksum only shows that nobody has damaged the file by accident, so what keeps a
 // search inside its memory is tested besides.
 
-#include "fastfp/slices/SlicedIndexFile.h"
+#include "fastfp/slices/file/SlicedIndexFile.h"
 
 #include <algorithm>
 #include <atomic>
@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/RunThreads.h"
 #include "fastfp/slices/HugePages.h"
 
 namespace QXFingrix {

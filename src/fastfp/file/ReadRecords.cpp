@@ -1,4 +1,4 @@
-#include "fastfp/ReadRecords.h"
+#include "fastfp/file/ReadRecords.h"
 
 #include <array>
 #include <exception>
@@ -6,8 +6,8 @@
 #include <new>
 
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/FileLayout.h"
-#include "fastfp/RecordSpace.h"
+#include "fastfp/file/FileLayout.h"
+#include "fastfp/file/RecordSpace.h"
 
 namespace QXFingrix {
 

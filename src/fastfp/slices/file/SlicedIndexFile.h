@@ -5,9 +5,9 @@
 
 #include "QXFingrix/QXFastFPDatabaseParams.h"
 #include "QXFingrix/QXFastFPIndex.h"
-#include "fastfp/slices/PlainFile.h"
 #include "fastfp/slices/SlicedIndex.h"
-#include "fastfp/slices/SlicedIndexFileLayout.h"
+#include "fastfp/slices/file/PlainFile.h"
+#include "fastfp/slices/file/SlicedIndexFileLayout.h"
 
 namespace QXFingrix {
 

@@ -5,7 +5,7 @@
 
 #include "QXFingrix/QXFPDatabaseOptions.h"
 #include "QXFingrix/QXSimScore.h"
-#include "fastfp/RecordScan.h"
+#include "fastfp/scan/RecordScan.h"
 
 namespace QXFingrix {
 

@@ -2,7 +2,7 @@
 // are hashed and from where they are written: no second copy of the index is held, and a disk that is full is
 // an error of that write. The header comes last.
 
-#include "fastfp/slices/WriteSlicedIndexFile.h"
+#include "fastfp/slices/file/WriteSlicedIndexFile.h"
 
 #include <algorithm>
 #include <atomic>
@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "QXFingrix/QXFastFPIndex.h"
-#include "fastfp/RunThreads.h"
+#include "fastfp/scan/RunThreads.h"
 #include "fastfp/slices/HugePages.h"
-#include "fastfp/slices/NewFile.h"
 #include "fastfp/slices/SlicedIndexMaker.h"
+#include "fastfp/slices/file/NewFile.h"
 
 namespace QXFingrix {
 

@@ -1,10 +1,10 @@
-#include "fastfp/AllPairs.h"
+#include "fastfp/pairs/AllPairs.h"
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
-#include "fastfp/PairTiles.h"
+#include "fastfp/pairs/PairTiles.h"
 
 namespace QXFingrix {
 

@@ -1,4 +1,4 @@
-#include "fastfp/FPGenerator.h"
+#include "fastfp/file/FPGenerator.h"
 
 #include <algorithm>
 #include <exception>
@@ -7,7 +7,7 @@
 #include "QXFingrix/QXFPTypeLookup.h"
 #include "QXFingrix/QXMakeFP.h"
 #include "QXSystem/QXErrorHandler.h"
-#include "fastfp/FileLayout.h"
+#include "fastfp/file/FileLayout.h"
 
 namespace QXFingrix {
 

@@ -1,4 +1,4 @@
-#include "fastfp/slices/PlainFile.h"
+#include "fastfp/slices/file/PlainFile.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fastfp/slices/PlainFile.h"
+#include "fastfp/slices/file/PlainFile.h"
 
 namespace QXFingrix {
 

@@ -1,4 +1,4 @@
-#include "fastfp/slices/NewFile.h"
+#include "fastfp/slices/file/NewFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
