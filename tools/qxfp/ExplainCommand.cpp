@@ -204,8 +204,8 @@ extern const Command explainCommand = {
     "Lists the keys of A, or those that A and B share: the number of each, its pattern, in how many ways it\n"
     "matches, and the atoms that take part, counted from 0 as in the SMILES. With fingerprint options the\n"
     "bits of another kind, a row for every pattern that sets one, with its identifier; of unhashed kinds\n"
-    "the tokens. Patterns are SMARTS. -svg draws the molecules, with the atoms and bonds of -key or -bit, of\n"
-    "all shared keys, or of the large shared patterns, marked.\n",
+    "the tokens. Patterns are SMARTS. -svg draws the molecules, with the atoms and bonds of -key or -bit,\n"
+    "of all shared keys, or of the large shared patterns, marked.\n",
     Configure,
     Run};
 
