@@ -24,7 +24,7 @@ QX_API std::string QXGetFastFPIndexFileName(const std::string& fpbinFile);
 /// docs/IndexFile.md. About as large as the .fpbin file.
 /// Shape    numThreads: 0 asks for one per processor. The bytes do not depend on it.
 /// Errors   warns and returns false, what was there before left as it is, when the .fpbin file is not sound,
-///          was written in the other byte order or is changed meanwhile, when it has more than 65,528 bits or
+///          was written in the other byte order or is changed meanwhile, when it has more than 65,472 bits or
 ///          2^32 - 1 fingerprints or one whose index or bit count is wrong, or when the file cannot be written.
 /// Threads  starts its own and waits for them.
 /// Cost     O(words of the file); memory for 8 bytes per fingerprint.

@@ -64,7 +64,7 @@ std::string QXGetFastFPIndexFileName(const std::string& fpbinFile) {
 }
 
 bool QXMakeFastFPIndexFile(const std::string& fpbinFile, unsigned numThreads) {
-  const FpbinStamp stamp = FpbinStamp::Of(fpbinFile);
+  const FpbinStamp stamp = FpbinStamp::OfSettled(fpbinFile);
   MMapInputFile file;
   RecordTable records;
   if (!OpenRecords(file, records, fpbinFile)) return false;

@@ -58,11 +58,17 @@ void FastFPScanImpl::OpenIndex(SlicedIndexFile::Memory memory) {
   constexpr const char* caller = fastFPDatabaseConstructor;
   if (indexUse_ == QXFastFPDatabaseIndex::None) return;
   auto file = std::make_unique<SlicedIndexFile>(FileName(), stamp_, Params(), caller);
-  if (file->State() == QXFastFPIndexState::Usable) return index_.Use(std::move(file), memory);
+  if (indexUse_ != QXFastFPDatabaseIndex::Build) {
+    if (file->State() == QXFastFPIndexState::Usable) index_.Use(std::move(file), memory);
+    return;
+  }
+  const unsigned numThreads = QXPlatform::QXGetNumWorkers(0);
+  std::unique_ptr<const SlicedIndex> loaded = file->Load(memory, numThreads, caller);
+  if (loaded != nullptr) return index_.Use(std::move(loaded));
   RecordTable records;
-  if (indexUse_ != QXFastFPDatabaseIndex::Build || !GetRecords(records, caller)) return;
+  if (!GetRecords(records, caller)) return;
   WithinMemory(caller, [&] {
-    auto index = MakeSlicedIndex(records, QXPlatform::QXGetNumWorkers(0));
+    auto index = MakeSlicedIndex(records, numThreads);
     if (index == nullptr)
       QXSystem::QXThrow.Warning("%s : %s cannot have an index!", caller, FileName().c_str());
     index_.Use(std::move(index));

@@ -21,6 +21,11 @@ constexpr Costs fromMemory{0.06, 70.0, 12.0};
 constexpr Costs fromCache{0.025, 50.0, 6.5};
 constexpr double cacheBytes = 16e6;
 
+// Whether there is something to give up: not where most records are hits.
+bool WantsFew(const RecordTable& records, const QXFPDatabaseOptions& options) {
+  return options.HasCutoff() || (options.GetLimit() != 0 && options.GetLimit() < records.numRecords / 20);
+}
+
 // How many columns of a block are read before it is given up. Without a cutoff all of them, to be on the safe
 // side: it depends on how near the hits are.
 double NumColumns(const RecordTable& records, const QueryBits& query, const QXFPDatabaseOptions& options) {
@@ -37,8 +42,9 @@ bool IsFasterForOne(const RecordTable& records, const QueryBits& query, const QX
   const double numBytes = numRecords * static_cast<double>(FileLayout::RecordWords(records.numWords) * 8);
   const Costs& costs = numBytes < cacheBytes ? fromCache : fromMemory;
   const double numBlocks = numRecords / SlicedIndex::blockRecords;
-  return numBlocks * (costs.block + costs.column * NumColumns(records, query, options)) <
-         numBytes * costs.recordByte;
+  const double numColumns = NumColumns(records, query, options);
+  if (options.HasCutoff() && numColumns >= static_cast<double>(query.numSet)) return false;
+  return numBlocks * (costs.block + costs.column * numColumns) < numBytes * costs.recordByte;
 }
 
 // A scan for many queries turns blocks on their side too: what is left to gain is that blocks are given up early,
@@ -48,8 +54,7 @@ bool CanGainForMany(const RecordTable& records, std::span<const QueryBits> queri
   constexpr std::size_t many = 8;
   constexpr unsigned longList = 500;
   if (queries.size() < many || options.HasCutoff()) return true;
-  return options.GetLimit() != 0 &&
-         options.GetLimit() < std::min<std::uint64_t>(longList, records.numRecords / 20);
+  return options.GetLimit() < std::min<std::uint64_t>(longList, records.numRecords / 500);
 }
 
 }  // namespace
@@ -57,6 +62,7 @@ bool CanGainForMany(const RecordTable& records, std::span<const QueryBits> queri
 bool IsIndexFaster(const RecordTable& records, std::span<const QueryBits> queries,
                    const QXFPDatabaseOptions& options) {
   if (records.numRecords < minRecords || !WantsMostSimilar(options)) return false;
+  if (!WantsFew(records, options)) return false;
   if (!CanGainForMany(records, queries, options)) return false;
   const auto numFaster = std::ranges::count_if(
       queries, [&](const QueryBits& query) { return IsFasterForOne(records, query, options); });

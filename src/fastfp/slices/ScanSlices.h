@@ -17,10 +17,11 @@ namespace QXFingrix {
 /// records can share enough.
 /// Shape    claim(): the next block, a std::optional<SlicedQuery::Block>. least(block): how many bits a record
 ///          of the block must share to matter; asked again and again. take(block, shared): the counts of a block
-///          in which a record may share that many; those below may be 0.
+///          in which a record may share that many; those below may be 0. done(block): after each block.
 /// Cost     O(bits) for each block, a block of 512 records at a time; no allocation.
-template <class Claim, class Least, class Take>
-void ScanSlices(const SlicedIndex& index, const SlicedQuery& query, Claim claim, Least least, Take take) {
+template <class Claim, class Least, class Take, class Done>
+void ScanSlices(const SlicedIndex& index, const SlicedQuery& query, Claim claim, Least least, Take take,
+                Done done) {
   constexpr std::size_t step = QXSystem::QXColumnCounts::step;
   constexpr std::size_t maxUnderWay = 8;
   const auto& kernel = QXSystem::QXGetBitCountKernel();
@@ -68,7 +69,12 @@ void ScanSlices(const SlicedIndex& index, const SlicedQuery& query, Claim claim,
   while (numUnderWay < maxUnderWay && start(all[numUnderWay])) ++numUnderWay;
   while (numUnderWay > 0) {
     for (std::size_t i = 0; i < numUnderWay;) {
-      if (advance(all[i]) || start(all[i])) {
+      if (advance(all[i])) {
+        ++i;
+        continue;
+      }
+      done(all[i].block);
+      if (start(all[i])) {
         ++i;
       } else if (--numUnderWay != i) {
         all[i] = all[numUnderWay];

@@ -25,7 +25,7 @@ constexpr std::size_t numBlocksAlone = 16;
 constexpr std::uint64_t maxFetchedBits =
     4096;  // of fingerprints two of whose blocks the second cache can hold
 constexpr std::size_t claimBlocks = 8;
-constexpr std::uint64_t minThreaded = 1'000'000;  // comparisons; below, threads cost more than they gain
+constexpr std::uint64_t minThreaded = 100'000;  // comparisons; below, threads cost more than they gain
 
 /// One query of a group, common to all threads.
 struct BatchQuery {

@@ -22,7 +22,7 @@ struct SlicedIndex {
   static constexpr std::size_t columnWords = QXSystem::QXBitLists::columnWords;
   static constexpr std::size_t blockRecords = 64 * columnWords;
   static constexpr std::size_t columnAlignment = columnWords * sizeof(std::uint64_t);
-  static constexpr std::uint64_t maxBits = 65528;  // bits have 16-bit numbers, the empty column among them
+  static constexpr std::uint64_t maxBits = 65472;  // whole words; columns are counted in 16 bits, padding too
 
   std::uint64_t numBits = 0;                   // of a fingerprint
   std::span<const std::uint32_t> places;       // of the records in the table, by bit count, then place

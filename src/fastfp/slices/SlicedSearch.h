@@ -93,7 +93,9 @@ class SlicedSearch::Part {
     return filter_.LeastShared(block.fewestBits);
   }
 
-  /// Takes the hits of a block, from counts that may be 0 where they are below the least.
+  /// Takes the hits of a block, from counts that may be 0 where they are below the least. The list's own bar may be
+  /// below the shared one: then hits with such counts enter that are no hits, and fall out when lists are merged,
+  /// since the thread whose bar it is has enough better ones.
   void Take(const SlicedQuery::Block& block, std::span<const std::uint32_t> shared) {
     // Few records pass where any does: those of a group are looked at one by one only then.
     constexpr std::size_t groupRecords = 32;
@@ -125,8 +127,8 @@ void SlicedSearch::Run(Hits& hits, OnSearched onSearched) {
   const auto claim = [&]() -> std::optional<SlicedQuery::Block> {
     for (std::size_t i; (i = next_.fetch_add(1)) < query_.bestFirst.size();) {
       const SlicedQuery::Block& block = query_.bestFirst[i];
-      onSearched(index_.Size(block.number));
       if (part.CanHoldHit(block)) return block;
+      onSearched(index_.Size(block.number));
     }
     return std::nullopt;
   };
@@ -134,7 +136,8 @@ void SlicedSearch::Run(Hits& hits, OnSearched onSearched) {
       index_, query_, claim, [&](const SlicedQuery::Block& block) { return part.Least(block); },
       [&](const SlicedQuery::Block& block, std::span<const std::uint32_t> shared) {
         part.Take(block, shared);
-      });
+      },
+      [&](const SlicedQuery::Block& block) { onSearched(index_.Size(block.number)); });
 }
 
 }  // namespace QXFingrix

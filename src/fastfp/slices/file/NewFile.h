@@ -7,8 +7,8 @@
 namespace QXFingrix {
 
 /// A file that appears under its name only when it is whole. Where the system has files without a name it is
-/// one until then, so that even a killed process leaves nothing behind; elsewhere it has another name in the
-/// same folder, which goes away with the object.
+/// one until then, so that a killed process leaves nothing, but for the moment of its naming; elsewhere it has
+/// another name in the same folder, which goes away with the object.
 /// Errors   functions return false and leave the reason in errno.
 class NewFile {
  public:

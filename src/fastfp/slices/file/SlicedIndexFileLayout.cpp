@@ -3,6 +3,8 @@
 #include <xxhash.h>
 
 #include <array>
+#include <chrono>
+#include <thread>
 
 #include "fastfp/file/FileLayout.h"
 #include "fastfp/slices/file/PlainFile.h"
@@ -22,6 +24,20 @@ FpbinStamp FpbinStamp::Of(const std::string& fpbinFile) {
   std::array<char, FileLayout::headerBytes> header;
   if (!file.Open(fpbinFile) || !file.Read(0, header.data(), header.size())) return {};
   return {file.Size(), file.Modified(), Checksum(header.data(), header.size())};
+}
+
+FpbinStamp FpbinStamp::OfSettled(const std::string& fpbinFile) {
+  using namespace std::chrono;
+  constexpr milliseconds tick{20};  // those of Linux take up to 10 ms
+  constexpr int maxWaits = 50;
+  FpbinStamp stamp = Of(fpbinFile);
+  for (int i = 0; i < maxWaits; ++i) {
+    const nanoseconds age = system_clock::now().time_since_epoch() - nanoseconds(stamp.modified);
+    if (age < nanoseconds::zero() || age >= tick) break;
+    std::this_thread::sleep_for(tick);
+    stamp = Of(fpbinFile);
+  }
+  return stamp;
 }
 
 }  // namespace QXFingrix

@@ -24,6 +24,10 @@ struct FpbinStamp {
 
   /// The stamp of a file as it is now; one that no file has when it cannot be read. Silent.
   static FpbinStamp Of(const std::string& fpbinFile);
+  /// The same, once the file is older than a tick of the clock that times of files are taken from: what is written
+  /// to it later has another time. Waits a few hundredths of a second at most, unless the file is written to all
+  /// the time.
+  static FpbinStamp OfSettled(const std::string& fpbinFile);
 };
 
 struct SlicedIndexHeader {
