@@ -71,9 +71,9 @@ void CheckAllMeasures(const QXFastFPDatabase& plain, const QXFastFPDatabase& ind
 
 TEST(IndexedDatabase, FindsWhatAScanFinds) {
   for (const unsigned numBits : {256U, 2304U}) {
-    const DataSet data(numBits, 4600, false, numBits);
+    const DataSet data(numBits, 4200, false, numBits);
     const QXFastFPDatabase plain(data.File());
-    const std::vector<QXFingerPrint> queries = MakeQueries(plain, data, 45);
+    const std::vector<QXFingerPrint> queries = MakeQueries(plain, data, 100);
     CheckAllMeasures(plain, QXFastFPDatabase(data.File(), MemoryType::InMemory, IndexUse::Build), queries);
     ASSERT_TRUE(QXMakeFastFPIndexFile(data.File(), 2));
     for (const unsigned memoryType : {MemoryType::MemoryMapped, MemoryType::InMemory}) {

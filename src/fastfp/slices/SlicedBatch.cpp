@@ -20,7 +20,7 @@ namespace QXFingrix {
 namespace {
 
 constexpr std::size_t maxGroup = 128;   // queries; their hit lists stay in the second cache
-constexpr std::size_t minSharing = 32;  // queries; fewer are faster one by one
+constexpr std::size_t minSharing = 96;  // queries; fewer are faster one by one
 constexpr std::size_t numBlocksAlone = 16;
 constexpr std::uint64_t maxFetchedBits =
     4096;  // of fingerprints two of whose blocks the second cache can hold
