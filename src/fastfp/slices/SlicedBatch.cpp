@@ -19,11 +19,11 @@ namespace QXFingrix {
 
 namespace {
 
-constexpr std::size_t maxGroup = 128;   // queries; their hit lists stay in the second cache
-constexpr std::size_t minSharing = 96;  // queries; fewer are faster one by one
-constexpr std::size_t numBlocksAlone = 16;
-constexpr std::uint64_t maxFetchedBits =
-    4096;  // of fingerprints two of whose blocks the second cache can hold
+constexpr std::size_t maxGroup = 128;       // queries; their hit lists stay in the second cache
+constexpr std::size_t minSharing = 96;      // queries; fewer are faster one by one
+constexpr std::size_t numBlocksAlone = 16;  // 8,192 records: more no longer raise the bar by much
+// Blocks of longer fingerprints do not fit into the second cache in pairs, this one and the next.
+constexpr std::uint64_t maxFetchedBits = 4096;
 constexpr std::size_t claimBlocks = 8;
 constexpr std::uint64_t minThreaded = 100'000;  // comparisons; below, threads cost more than they gain
 
